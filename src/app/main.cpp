@@ -1,0 +1,107 @@
+#include <windows.h>
+
+#include <ole2.h>
+
+#include <exception>
+
+#include "base/text.h"
+#include "core/main_app.h"
+#include "forms/run_time_error.h"
+#include "forms/win32/message_loop.h"
+#include "platform/media_engine.h"
+#include "platform/notification_icon.h"
+#include "platform/process.h"
+#include "platform/system_dialogs.h"
+#include "remote/form4.h"
+#include "video/form1.h"
+#include "video/form5.h"
+#include "video/form6.h"
+
+namespace nqp {
+namespace {
+
+// How long a process that was started for an automation client waits for it to come.
+constexpr int kWaitForClientMilliseconds = 30000;
+
+class OleSession {
+public:
+    OleSession() : result_(OleInitialize(nullptr)) {}
+    ~OleSession() {
+        if (SUCCEEDED(result_)) OleUninitialize();
+    }
+    OleSession(const OleSession&) = delete;
+    OleSession& operator=(const OleSession&) = delete;
+
+private:
+    HRESULT result_;
+};
+
+// The windows of the program and what stands behind them. They know each other by narrow
+// interfaces only; this is where they are introduced.
+class Program final : public core::StartWindows {
+public:
+    explicit Program(const std::string& commandLine)
+        : engine_(platform::CreateMediaEngine()),
+          form1_(*engine_),
+          form6_(*engine_),
+          form4_({platform::ProgramFolder(), commandLine, form1_, form1_.med, dialogs_, tray_}) {
+        form1_.Connect(form4_, form5_);
+        form5_.Connect(form1_, form1_, form4_, form6_);
+        form6_.SetOpener(form1_);
+    }
+
+    void Load() override {
+        form1_.Load();
+        form4_.Load();
+    }
+
+    void Show() override {
+        form1_.Show();
+        form4_.Show();
+    }
+
+private:
+    std::unique_ptr<core::MediaEngine> engine_;
+    platform::SystemFileDialogs dialogs_;
+    platform::NotificationIcon tray_;
+    video::Form1 form1_;
+    video::Form6 form6_;
+    video::Form5 form5_;
+    remote::Form4 form4_;
+};
+
+void ReportError(const std::string& sentence, forms::Origin origin) {
+    platform::WriteDebugLine(sentence);
+    if (origin == forms::Origin::User) platform::ShowErrorBox(sentence);
+}
+
+// The client that had this process started has not come by then, or has never existed.
+void ServeAutomation() {
+    const auto patience =
+        forms::CreateTimerPeer(kWaitForClientMilliseconds, [] { forms::win32::QuitMessageLoop(); });
+    forms::win32::RunMessageLoop();
+}
+
+int Run() {
+    const OleSession ole;
+    forms::SetRunTimeErrorHandler(ReportError);
+    forms::SetLastWindowUnloaded([] { forms::win32::QuitMessageLoop(); });
+    const core::CommandLine line = core::WithoutAutomationSwitch(platform::ArgumentText());
+    Program program(base::WithoutQuotes(line.text));
+    const core::MainApp app(platform::ProgramFolder(), base::WithoutQuotes(line.text), program);
+    if (app.Mode() != core::LaunchMode::Automation) return forms::win32::RunMessageLoop();
+    if (line.startedByAutomation) ServeAutomation();
+    return 0;
+}
+
+}  // namespace
+}  // namespace nqp
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    try {
+        return nqp::Run();
+    } catch (const std::exception& error) {
+        nqp::platform::WriteDebugLine(error.what());
+        return 1;
+    }
+}

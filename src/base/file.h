@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nqp::base {
+
+// Texts of the program are UTF-8; these two are the only conversions to and from file paths.
+std::filesystem::path PathFromUtf8(std::string_view text);
+std::string Utf8FromPath(const std::filesystem::path& path);
+
+// The bytes of a file; none when it is missing or cannot be read.
+std::vector<char> ReadFile(const std::filesystem::path& path);
+
+// Puts a file with these bytes in the place of the old one in a single step: at every moment the
+// path names the complete old file or the complete new one. False when that was not possible; the
+// old file is then as it was.
+bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes);
+
+// True for an existing file that is no folder.
+bool IsFile(const std::filesystem::path& path);
+
+}  // namespace nqp::base

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+
+namespace nqp::core {
+
+inline constexpr char kApplicationTitle[] = "Nuvex Quillon Player";
+
+// The marker that a fragment job leaves for the program that works on it. It is addressed with a
+// forward slash directly behind the folder, and a missing one is no error.
+void DeleteFlagFile(const std::filesystem::path& programFolder);
+
+}  // namespace nqp::core

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "base/input.h"
+#include "forms/state.h"
+
+// What stands behind the windows. Two backends implement the functions at the end, one on the
+// platform and one without any window for tests; a program links exactly one of them.
+namespace nqp::forms {
+
+class Menu;
+
+// Reported by the backend, on the window thread. Nothing comes back out as an exception.
+class ControlEvents {
+public:
+    virtual void OnClick() noexcept = 0;
+    virtual void OnDoubleClick() noexcept = 0;
+    virtual void OnMouseDown(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnMouseMove(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnMouseUp(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnTextTyped(const std::string& text) noexcept = 0;
+    virtual void OnValueChanged(int value) noexcept = 0;
+    virtual void OnFocusLost() noexcept = 0;
+
+protected:
+    ~ControlEvents() = default;
+};
+
+class WindowEvents {
+public:
+    virtual void OnBoundsChanged(const base::Rect& bounds) noexcept = 0;
+    virtual void OnActivated() noexcept = 0;
+    virtual void OnDeactivated() noexcept = 0;
+    virtual void OnCloseRequested() noexcept = 0;
+    virtual void OnMouseDown(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnMouseMove(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnMouseUp(const base::MouseEvent& mouse) noexcept = 0;
+    // True when the window used the key; nobody else then gets it.
+    virtual bool OnKeyDown(const base::KeyEvent& key) noexcept = 0;
+    // The platform took the window away without being asked.
+    virtual void OnDestroyed() noexcept = 0;
+
+protected:
+    ~WindowEvents() = default;
+};
+
+// The backend's side of a control; lives from its window's load to its unload.
+class ControlPeer {
+public:
+    virtual ~ControlPeer() = default;
+    // The state has changed; shows it.
+    virtual void Update() = 0;
+    virtual void SetFocus() = 0;
+    // Reports nothing more; its end follows from the message loop.
+    virtual void Retire() = 0;
+};
+
+// The number a window's move or size loop is started with.
+enum class HitCode : int { Caption = 2, Right = 11, Bottom = 15, BottomRight = 17 };
+
+// The backend's side of a window; its creation makes the window, hidden, and its end destroys it.
+class WindowPeer {
+public:
+    virtual ~WindowPeer() = default;
+    // Hides the window and reports nothing more; its end follows from the message loop, so that a
+    // handler may unload the window whose event it handles.
+    virtual void Retire() = 0;
+    virtual void Show() = 0;  // and makes it the active window
+    virtual void ShowInactive() = 0;
+    virtual void Hide() = 0;
+    virtual void Move(const base::Rect& bounds) = 0;
+    // As they are on the screen: whole pixels.
+    virtual base::Rect Bounds() const = 0;
+    virtual base::Twips TwipsPerPixel() const = 0;
+    virtual void SetTopmost(bool topmost) = 0;
+    virtual void BringToFront() = 0;
+    virtual void SetPointer(Pointer pointer) = 0;
+    // Runs the platform's own move or size loop; returns when the button is let go.
+    virtual void Drag(HitCode code) = 0;
+    // Returns when the menu is closed; the chosen item's click has then been handled.
+    virtual void PopUp(Menu& menu) = 0;
+    virtual base::NativeWindow Handle() const = 0;
+};
+
+// The opener, when there is one, stays below the new window.
+std::unique_ptr<WindowPeer> CreateWindowPeer(const WindowState& state, WindowEvents& events,
+                                             WindowPeer* opener);
+std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, ControlEvents& events,
+                                               WindowPeer& window);
+
+// Calls back every so many milliseconds until it is destroyed.
+class TimerPeer {
+public:
+    virtual ~TimerPeer() = default;
+};
+std::unique_ptr<TimerPeer> CreateTimerPeer(int milliseconds, std::function<void()> tick);
+
+// Runs the task from the message loop, after the event that is being handled.
+void Post(std::function<void()> task);
+
+// The main monitor, its task bar included.
+base::Size ScreenSize();
+// The smallest rectangle around all monitors, and the part of the monitor around a point that no
+// task bar covers.
+base::Rect VirtualScreen();
+base::Rect WorkAreaAt(const base::Point& point);
+
+}  // namespace nqp::forms

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "base/event.h"
+#include "forms/backend.h"
+
+namespace nqp::forms {
+
+class Form;
+
+// A control of a form. It exists as long as its form object; what is on the screen exists from the
+// form's load to its unload. Coordinates are twips inside the form's client area.
+class Control : private ControlEvents {
+public:
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    base::Event<> Click;
+    base::Event<> DblClick;
+    base::Event<const base::MouseEvent&> MouseDown;
+    base::Event<const base::MouseEvent&> MouseMove;
+    base::Event<const base::MouseEvent&> MouseUp;
+    base::Event<> LostFocus;
+
+    Form& Parent() const { return form_; }
+    const ControlState& State() const { return state_; }
+    const std::string& Name() const { return state_.name; }
+    int Id() const { return state_.id; }
+
+    base::Twips Left() const { return state_.bounds.left; }
+    base::Twips Top() const { return state_.bounds.top; }
+    base::Twips Width() const { return state_.bounds.width; }
+    base::Twips Height() const { return state_.bounds.height; }
+    void SetLeft(base::Twips left);
+    void SetTop(base::Twips top);
+    void Move(const base::Rect& bounds);
+
+    bool Visible() const { return state_.visible; }
+    void SetVisible(bool visible);
+    bool Enabled() const { return state_.enabled; }
+    void SetEnabled(bool enabled);
+    const std::string& ToolTipText() const { return state_.toolTip; }
+    void SetToolTipText(const std::string& text);
+    void SetColors(Color fore, Color back);
+    Color ForeColor() const { return state_.foreColor; }
+    Color BackColor() const { return state_.backColor; }
+    void SetFocus();
+
+protected:
+    Control(Form& form, ControlKind kind, const std::string& name, int id,
+            const base::Rect& bounds);
+    ~Control();
+
+    // Shows a change of the state; the setters of the kinds call it.
+    void Update();
+
+    ControlState state_;
+
+private:
+    friend class Form;
+
+    void OnClick() noexcept override;
+    void OnDoubleClick() noexcept override;
+    void OnMouseDown(const base::MouseEvent& mouse) noexcept override;
+    void OnMouseMove(const base::MouseEvent& mouse) noexcept override;
+    void OnMouseUp(const base::MouseEvent& mouse) noexcept override;
+    void OnTextTyped(const std::string& text) noexcept override;
+    void OnValueChanged(int value) noexcept override;
+    void OnFocusLost() noexcept override;
+
+    // The kinds that a person changes raise their Change event here.
+    virtual void RaiseChange() {}
+
+    Form& form_;
+    std::unique_ptr<ControlPeer> peer_;
+};
+
+}  // namespace nqp::forms

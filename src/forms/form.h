@@ -1,0 +1,117 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "forms/backend.h"
+
+namespace nqp::forms {
+
+class Control;
+class TimerControl;
+
+// A window. The object lives as long as the program and may be loaded and unloaded many times; the
+// window itself, its controls on the screen and its timers exist from load to unload. Positions are
+// twips of the whole screen, sizes twips at the window's own resolution.
+//
+// A window class overrides the handlers it needs. What a handler throws ends that handler only.
+class Form : private WindowEvents {
+public:
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    const WindowState& State() const { return state_; }
+    const std::vector<Control*>& Controls() const { return controls_; }
+    const std::vector<TimerControl*>& Timers() const { return timers_; }
+
+    // Creates the window, hidden, and runs Form_Load; a loaded window is left as it is.
+    void Load();
+    // Loads, shows and activates.
+    void Show();
+    // Loads and shows, and leaves the window active that is.
+    void ShowInactive();
+    void Hide();
+    // Runs Form_Unload, then the window goes. Safe inside a handler of this window.
+    void Unload();
+    bool Loaded() const { return peer_ != nullptr; }
+    bool Visible() const { return visible_; }
+
+    base::Twips Left() const { return state_.bounds.left; }
+    base::Twips Top() const { return state_.bounds.top; }
+    base::Twips Width() const { return state_.bounds.width; }
+    base::Twips Height() const { return state_.bounds.height; }
+    const base::Rect& Bounds() const { return state_.bounds; }
+    void Move(const base::Rect& bounds);
+    // Of this window; meaningful while it is loaded.
+    base::Twips TwipsPerPixel() const;
+
+    // Changes neither place nor size.
+    void SetTopmost(bool topmost);
+    void BringToFront();
+    void SetMousePointer(Pointer pointer);
+    // Hands the held mouse button to the platform's move or size loop and returns when it ends.
+    void Drag(HitCode code);
+    void PopupMenu(Menu& menu);
+
+    // To be called before Load: the window stays above its opener, and a return from it to its
+    // opener is no activation.
+    void SetOpener(Form& opener) { opener_ = &opener; }
+
+    // The window of the platform; null while unloaded and in tests without windows.
+    base::NativeWindow Handle() const { return peer_ ? peer_->Handle() : nullptr; }
+
+protected:
+    explicit Form(const WindowState& state);
+    ~Form();
+
+    virtual void Form_Load() {}
+    // The window came to the front of the program: it was shown, or a person came to it from
+    // another window of the program that this one had not opened. A return from another program is
+    // none.
+    virtual void Form_Activate() {}
+    virtual void Form_Deactivate() {}
+    virtual void Form_Resize() {}
+    virtual void Form_Unload() {}
+    virtual void Form_MouseDown(const base::MouseEvent&) {}
+    virtual void Form_MouseMove(const base::MouseEvent&) {}
+    virtual void Form_MouseUp(const base::MouseEvent&) {}
+    // Sees every key before the control that has the focus; true when it used the key.
+    virtual bool Form_KeyDown(const base::KeyEvent&) { return false; }
+    // The system asks for the window to go: its close box, Alt+F4, the end of the log-on.
+    virtual void CloseRequested() { Unload(); }
+
+private:
+    friend class Control;
+    friend class TimerControl;
+
+    void OnBoundsChanged(const base::Rect& bounds) noexcept override;
+    void OnActivated() noexcept override;
+    void OnDeactivated() noexcept override;
+    void OnCloseRequested() noexcept override;
+    void OnMouseDown(const base::MouseEvent& mouse) noexcept override;
+    void OnMouseMove(const base::MouseEvent& mouse) noexcept override;
+    void OnMouseUp(const base::MouseEvent& mouse) noexcept override;
+    bool OnKeyDown(const base::KeyEvent& key) noexcept override;
+    void OnDestroyed() noexcept override;
+
+    bool OpenedBy(const Form& other) const;
+    template <class Operation>
+    void Raise(Operation operation);
+    void CreatePeers();
+    void RetirePeers();
+
+    WindowState state_;
+    Form* opener_ = nullptr;
+    bool visible_ = false;
+    bool raising_ = false;  // the program itself brings the window forward
+    bool unloading_ = false;
+    std::vector<Control*> controls_;
+    std::vector<TimerControl*> timers_;
+    std::unique_ptr<WindowPeer> peer_;
+};
+
+// Runs when the last loaded window has been unloaded; set once by the program.
+void SetLastWindowUnloaded(void (*handler)());
+
+}  // namespace nqp::forms

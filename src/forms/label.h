@@ -1,0 +1,38 @@
+#pragma once
+
+#include "forms/control.h"
+
+namespace nqp::forms {
+
+// One line of text, cut with an ellipsis when it is too long.
+class Label final : public Control {
+public:
+    Label(Form& form, const std::string& name, int id, const base::Rect& bounds,
+          const std::string& caption = {})
+        : Control(form, ControlKind::Label, name, id, bounds) {
+        state_.text = caption;
+    }
+
+    const std::string& Caption() const { return state_.text; }
+    void SetCaption(const std::string& caption) {
+        state_.text = caption;
+        Update();
+    }
+    void SetAlignment(Align align) {
+        state_.align = align;
+        Update();
+    }
+    // Blank space at both ends of the text.
+    void SetIndent(base::Twips indent) {
+        state_.indent = indent;
+        Update();
+    }
+    // Weight and size relative to the system's message font.
+    void SetFont(bool bold, float scale) {
+        state_.bold = bold;
+        state_.fontScale = scale;
+        Update();
+    }
+};
+
+}  // namespace nqp::forms

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/geometry.h"
+
+namespace nqp::forms {
+
+// 0x00BBGGRR, red in the low byte.
+using Color = std::uint32_t;
+
+constexpr Color Rgb(unsigned red, unsigned green, unsigned blue) {
+    return red | green << 8U | blue << 16U;
+}
+
+enum class Pointer { Arrow, FourWaySizing, Hand };
+enum class Align { Left, Center, Right };
+enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider };
+
+// All that a backend needs to show a control. The control owns it; the backend reads it.
+struct ControlState {
+    ControlKind kind = ControlKind::Label;
+    std::string name;
+    // Fixed, and above 100, where no number of the platform's dialogs is: tools outside the program
+    // address the control by it.
+    int id = 0;
+    base::Rect bounds;
+    std::string text;
+    std::string toolTip;
+    bool visible = true;
+    bool enabled = true;
+    bool bold = false;
+    bool isDefault = false;  // a command button that Enter presses
+    Align align = Align::Left;
+    base::Twips indent = 0;  // blank space at both ends of a label's text
+    float fontScale = 1.0F;  // of the system's message font
+    Color foreColor = Rgb(0, 0, 0);
+    Color backColor = Rgb(255, 255, 255);
+    // Slider: whole steps.
+    int minimum = 0;
+    int maximum = 100;
+    int value = 0;
+};
+
+enum class FrameStyle {
+    Borderless,  // its face is all there is; stands in the task bar
+    Popup,       // borderless, in no task bar: menus
+    Dialog,      // caption and close box, fixed size, Tab and Enter move and press
+};
+
+// All that a backend needs to show a window.
+struct WindowState {
+    std::string name;  // the class outside tools find it by is "nqp." and this
+    std::string caption;
+    FrameStyle frame = FrameStyle::Borderless;
+    base::Rect bounds;  // borderless: the window; dialog: its client area
+    Color backColor = Rgb(240, 240, 240);
+    Pointer pointer = Pointer::Arrow;
+    bool topmost = false;
+};
+
+}  // namespace nqp::forms

@@ -1,0 +1,44 @@
+#include <windows.h>
+
+#include <memory>
+#include <type_traits>
+
+#include "forms/menu.h"
+#include "forms/run_time_error.h"
+#include "forms/win32/window.h"
+#include "winapi/text.h"
+
+namespace nqp::forms::win32 {
+namespace {
+
+struct MenuDeleter {
+    void operator()(HMENU menu) const { DestroyMenu(menu); }
+};
+using MenuHandle = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter>;
+
+MenuHandle Build(const Menu& menu) {
+    MenuHandle handle(CreatePopupMenu());
+    UINT_PTR command = 1;
+    for (const MenuItem* item : menu.Items()) {
+        AppendMenuW(handle.get(), MF_STRING, command++, winapi::Utf16(item->Caption()).c_str());
+    }
+    return handle;
+}
+
+}  // namespace
+
+void Window::PopUp(Menu& menu) {
+    const MenuHandle handle = Build(menu);
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    // Without these two a menu of a window in the background would not close on a click elsewhere.
+    SetForegroundWindow(hwnd_);
+    const int command = TrackPopupMenu(handle.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, pointer.x,
+                                       pointer.y, 0, hwnd_, nullptr);
+    PostMessageW(hwnd_, WM_NULL, 0, 0);
+    if (command < 1) return;
+    MenuItem* chosen = menu.Items()[static_cast<std::size_t>(command - 1)];
+    Guarded(Origin::User, [chosen] { chosen->Click(); });
+}
+
+}  // namespace nqp::forms::win32

@@ -1,0 +1,97 @@
+#include "forms/win32/message_loop.h"
+
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+#include "forms/win32/window.h"
+
+namespace nqp::forms {
+namespace win32 {
+namespace {
+
+std::deque<std::function<void()>>& Tasks() {
+    static std::deque<std::function<void()>> tasks;
+    return tasks;
+}
+
+std::unordered_map<UINT_PTR, std::function<void()>>& Timers() {
+    static std::unordered_map<UINT_PTR, std::function<void()>> timers;
+    return timers;
+}
+
+void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD) noexcept {
+    const auto found = Timers().find(timer);
+    if (found == Timers().end()) return;
+    const std::function<void()> tick = found->second;  // the timer may stop itself
+    tick();
+}
+
+class Timer final : public TimerPeer {
+public:
+    Timer(int milliseconds, std::function<void()> tick)
+        : id_(SetTimer(nullptr, 0, static_cast<UINT>(milliseconds), Tick)) {
+        Timers()[id_] = std::move(tick);
+    }
+    ~Timer() override {
+        KillTimer(nullptr, id_);
+        Timers().erase(id_);
+    }
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+private:
+    UINT_PTR id_;
+};
+
+bool IsKeyDown(const MSG& message) {
+    return message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+}
+
+}  // namespace
+
+void Dispatch(MSG& message) {
+    Window* window = Window::Of(GetAncestor(message.hwnd, GA_ROOT));
+    if (window != nullptr) {
+        if (IsKeyDown(message) && window->HandleKey(message.wParam)) return;
+        if (window->IsDialog() && IsDialogMessageW(window->Hwnd(), &message) != 0) return;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+void RunPostedTasks() {
+    while (!Tasks().empty()) {
+        const std::function<void()> task = std::move(Tasks().front());
+        Tasks().pop_front();
+        task();
+    }
+}
+
+int RunMessageLoop() {
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        Dispatch(message);
+        RunPostedTasks();
+    }
+    RunPostedTasks();
+    return static_cast<int>(message.wParam);
+}
+
+void QuitMessageLoop(int exitCode) {
+    PostQuitMessage(exitCode);
+}
+
+}  // namespace win32
+
+void Post(std::function<void()> task) {
+    win32::Tasks().push_back(std::move(task));
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
+std::unique_ptr<TimerPeer> CreateTimerPeer(int milliseconds, std::function<void()> tick) {
+    return std::make_unique<win32::Timer>(milliseconds, std::move(tick));
+}
+
+}  // namespace nqp::forms

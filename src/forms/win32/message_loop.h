@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+namespace nqp::forms::win32 {
+
+// Dispatches messages, and runs posted tasks between them, until QuitMessageLoop. Returns the code
+// that was given to it. What was posted by then has run.
+int RunMessageLoop();
+void QuitMessageLoop(int exitCode = 0);
+
+// One message, as RunMessageLoop handles it: keys go to the window's key handler first.
+void Dispatch(MSG& message);
+// Tasks run here and nowhere else, never inside the modal loop of a drag or a menu, whose windows
+// are still in use on the stack.
+void RunPostedTasks();
+
+}  // namespace nqp::forms::win32

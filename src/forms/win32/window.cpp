@@ -1,0 +1,348 @@
+#include "forms/win32/window.h"
+
+#include <commctrl.h>
+#include <dwmapi.h>
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "forms/win32/control_window.h"
+#include "forms/win32/graphics.h"
+#include "forms/win32/mouse.h"
+#include "forms/win32/screen.h"
+#include "winapi/text.h"
+
+namespace nqp::forms {
+namespace win32 {
+namespace {
+
+constexpr int kIconResource = 1;  // the program's own icon
+
+std::unordered_map<HWND, Window*>& Windows() {
+    static std::unordered_map<HWND, Window*> windows;
+    return windows;
+}
+
+struct Styles {
+    DWORD style;
+    DWORD extended;
+};
+
+Styles StylesOf(const WindowState& state) {
+    const DWORD topmost = state.topmost ? WS_EX_TOPMOST : 0;
+    switch (state.frame) {
+        case FrameStyle::Popup:
+            return {WS_POPUP | WS_CLIPCHILDREN, WS_EX_TOOLWINDOW | topmost};
+        case FrameStyle::Dialog:
+            return {WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
+                    WS_EX_DLGMODALFRAME | topmost};
+        default:
+            return {WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN,
+                    WS_EX_APPWINDOW | topmost};
+    }
+}
+
+std::wstring RegisterWindowClass(const WindowState& state, WNDPROC procedure) {
+    const std::wstring name = L"nqp." + winapi::Utf16(state.name);
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.style = CS_DBLCLKS | (state.frame == FrameStyle::Popup ? CS_DROPSHADOW : 0U);
+    windowClass.lpfnWndProc = procedure;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(kIconResource));
+    windowClass.lpszClassName = name.c_str();
+    RegisterClassExW(&windowClass);  // fails, harmlessly, from the second time on
+    return name;
+}
+
+HCURSOR CursorOf(Pointer pointer) {
+    switch (pointer) {
+        case Pointer::FourWaySizing:
+            return LoadCursorW(nullptr, IDC_SIZEALL);
+        case Pointer::Hand:
+            return LoadCursorW(nullptr, IDC_HAND);
+        default:
+            return LoadCursorW(nullptr, IDC_ARROW);
+    }
+}
+
+// Small rounded corners where the system has them, like its own menus.
+void RoundCorners(HWND hwnd) {
+    constexpr DWORD kCornerPreference = 33;
+    constexpr int kRoundSmall = 3;
+    DwmSetWindowAttribute(hwnd, kCornerPreference, &kRoundSmall, sizeof kRoundSmall);
+}
+
+}  // namespace
+
+Window::Window(const WindowState& state, WindowEvents& events, HWND owner) : state_(state) {
+    Create(owner);
+    events_ = &events;
+}
+
+Window::~Window() {
+    events_ = nullptr;
+    if (hwnd_ != nullptr) DestroyWindow(hwnd_);
+}
+
+Window* Window::Of(HWND hwnd) {
+    const auto found = Windows().find(hwnd);
+    return found == Windows().end() ? nullptr : found->second;
+}
+
+void Window::Create(HWND owner) {
+    const std::wstring className = RegisterWindowClass(state_, Procedure);
+    const Styles styles = StylesOf(state_);
+    const int screenDpi = ScreenDpi();
+    CreateWindowExW(styles.extended, className.c_str(), winapi::Utf16(state_.caption).c_str(),
+                    styles.style, base::TwipsToPixels(state_.bounds.left, screenDpi),
+                    base::TwipsToPixels(state_.bounds.top, screenDpi), 0, 0, owner, nullptr,
+                    GetModuleHandleW(nullptr), this);
+    dpi_ = static_cast<int>(GetDpiForWindow(hwnd_));
+    RECT frame{0, 0, base::TwipsToPixels(state_.bounds.width, dpi_),
+               base::TwipsToPixels(state_.bounds.height, dpi_)};
+    if (IsDialog()) {
+        AdjustWindowRectExForDpi(&frame, styles.style, FALSE, styles.extended,
+                                 static_cast<UINT>(dpi_));
+    }
+    SetWindowPos(hwnd_, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    if (state_.frame == FrameStyle::Popup) RoundCorners(hwnd_);
+}
+
+LRESULT CALLBACK Window::Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    if (message == WM_NCCREATE) {
+        auto* window =
+            static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        window->hwnd_ = hwnd;
+        Windows()[hwnd] = window;
+    }
+    Window* window = Of(hwnd);
+    if (window == nullptr) return DefWindowProcW(hwnd, message, wParam, lParam);
+    return window->Handle(message, wParam, lParam);
+}
+
+LRESULT Window::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    // A handler may unload this window; its object stays until the message loop runs again.
+    const HWND hwnd = hwnd_;
+    if (message == WM_NCDESTROY) {
+        Windows().erase(hwnd);
+        hwnd_ = nullptr;
+        if (events_ != nullptr) events_->OnDestroyed();
+        return DefWindowProcW(hwnd, message, wParam, lParam);
+    }
+    if (HandleMouse(message, wParam, lParam)) return 0;
+    if (HandleNotification(message, wParam, lParam)) return 0;
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_SETCURSOR:
+            if (reinterpret_cast<HWND>(wParam) != hwnd || LOWORD(lParam) != HTCLIENT) break;
+            SetCursor(CursorOf(state_.pointer));
+            return TRUE;
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLORBTN:
+            return ColourOfControl(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
+        case DM_GETDEFID:
+            return DefaultButton();
+        case WM_GETMINMAXINFO:
+            // The form decides how small it may become, not the width of a caption it has not got.
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {1, 1};
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+bool Window::HandleMouse(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    const auto mouse = ReadMouse(message, wParam, lParam, dpi_);
+    if (!mouse || events_ == nullptr) return false;
+    switch (mouse->action) {
+        case MouseAction::Down:
+            events_->OnMouseDown(mouse->event);
+            break;
+        case MouseAction::Move:
+            events_->OnMouseMove(mouse->event);
+            break;
+        case MouseAction::Up:
+            events_->OnMouseUp(mouse->event);
+            break;
+    }
+    return true;
+}
+
+bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    if (events_ == nullptr) return false;
+    switch (message) {
+        case WM_WINDOWPOSCHANGED:
+            events_->OnBoundsChanged(Bounds());
+            return false;
+        case WM_ACTIVATE: {
+            const bool active = LOWORD(wParam) != WA_INACTIVE;
+            RememberFocus(active);
+            if (active) {
+                events_->OnActivated();
+            } else {
+                events_->OnDeactivated();
+            }
+            return IsDialog() && active;
+        }
+        case WM_CLOSE:
+            events_->OnCloseRequested();
+            return true;
+        case WM_ENDSESSION:
+            if (wParam != 0) events_->OnCloseRequested();
+            return true;
+        case WM_DPICHANGED:
+            ChangeDpi(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+            return true;
+        case WM_COMMAND:
+        case WM_HSCROLL:
+            if (ControlWindow* control = ControlWindow::Of(reinterpret_cast<HWND>(lParam))) {
+                control->Notify(message, HIWORD(wParam));
+            }
+            return true;
+        default:
+            return false;
+    }
+}
+
+// A dialog gives the focus back to the control that had it; the system would leave it on the
+// window itself.
+void Window::RememberFocus(bool active) {
+    if (!IsDialog()) return;
+    if (!active) {
+        focus_ = GetFocus();
+        return;
+    }
+    if (IsChild(hwnd_, focus_) == 0) focus_ = GetNextDlgTabItem(hwnd_, nullptr, FALSE);
+    SetFocus(focus_);
+}
+
+void Window::ChangeDpi(int dpi, const RECT& suggested) {
+    dpi_ = dpi;
+    SetWindowPos(hwnd_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    for (ControlWindow* control : controls_)
+        control->Update();
+}
+
+void Window::Paint() const {
+    const BufferedPaint paint(hwnd_);
+    paint.Fill(paint.Area(), state_.backColor);
+}
+
+LRESULT Window::ColourOfControl(HWND hwnd, HDC canvas) noexcept {
+    const ControlWindow* control = ControlWindow::Of(hwnd);
+    const Color fore = control != nullptr ? control->State().foreColor : 0;
+    const Color back = control != nullptr ? control->State().backColor : state_.backColor;
+    SetTextColor(canvas, fore);
+    SetBkColor(canvas, back);
+    SetDCBrushColor(canvas, back);
+    return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));
+}
+
+LRESULT Window::DefaultButton() const {
+    for (const ControlWindow* control : controls_) {
+        if (control->State().isDefault) return MAKELRESULT(control->State().id, DC_HASDEFID);
+    }
+    return 0;
+}
+
+bool Window::HandleKey(WPARAM key) {
+    return events_ != nullptr && events_->OnKeyDown({static_cast<int>(key), HeldShiftKeys()});
+}
+
+void Window::Remove(ControlWindow& control) {
+    std::erase(controls_, &control);
+}
+
+void Window::SetToolTip(HWND control, const std::string& text) {
+    if (toolTips_ == nullptr) {
+        toolTips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, hwnd_,
+                                    nullptr, GetModuleHandleW(nullptr), nullptr);
+    }
+    std::wstring wide = winapi::Utf16(text);
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = hwnd_;
+    tool.uId = reinterpret_cast<UINT_PTR>(control);
+    tool.lpszText = wide.data();
+    SendMessageW(toolTips_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    if (!text.empty()) SendMessageW(toolTips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void Window::Retire() {
+    events_ = nullptr;
+    ShowWindow(hwnd_, SW_HIDE);
+}
+
+void Window::Show() {
+    ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : SW_SHOW);
+    SetForegroundWindow(hwnd_);
+}
+
+void Window::ShowInactive() {
+    ShowWindow(hwnd_, SW_SHOWNOACTIVATE);
+}
+
+void Window::Hide() {
+    ShowWindow(hwnd_, SW_HIDE);
+}
+
+void Window::Move(const base::Rect& bounds) {
+    const int screenDpi = ScreenDpi();
+    SetWindowPos(hwnd_, nullptr, base::TwipsToPixels(bounds.left, screenDpi),
+                 base::TwipsToPixels(bounds.top, screenDpi),
+                 base::TwipsToPixels(bounds.width, dpi_), base::TwipsToPixels(bounds.height, dpi_),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+base::Rect Window::Bounds() const {
+    RECT pixels{};
+    GetWindowRect(hwnd_, &pixels);
+    base::Rect bounds = ScreenRectangle(pixels);
+    bounds.width = base::PixelsToTwips(static_cast<int>(pixels.right - pixels.left), dpi_);
+    bounds.height = base::PixelsToTwips(static_cast<int>(pixels.bottom - pixels.top), dpi_);
+    return bounds;
+}
+
+base::Twips Window::TwipsPerPixel() const {
+    return base::PixelsToTwips(1, dpi_);
+}
+
+void Window::SetTopmost(bool topmost) {
+    SetWindowPos(hwnd_, topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 1, 1, 1, 1,
+                 SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void Window::BringToFront() {
+    SetWindowPos(hwnd_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SetForegroundWindow(hwnd_);
+}
+
+void Window::SetPointer(Pointer pointer) {
+    state_.pointer = pointer;
+}
+
+void Window::Drag(HitCode code) {
+    ReleaseCapture();
+    SendMessageW(hwnd_, WM_NCLBUTTONDOWN, static_cast<WPARAM>(code), 0);
+}
+
+}  // namespace win32
+
+std::unique_ptr<WindowPeer> CreateWindowPeer(const WindowState& state, WindowEvents& events,
+                                             WindowPeer* opener) {
+    const HWND owner = opener != nullptr ? static_cast<HWND>(opener->Handle()) : nullptr;
+    return std::make_unique<win32::Window>(state, events, owner);
+}
+
+}  // namespace nqp::forms

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+#include "forms/backend.h"
+
+namespace nqp::forms::win32 {
+
+class ControlWindow;
+
+// A window of the platform behind a form. Its class is "nqp." and the form's name.
+class Window final : public WindowPeer {
+public:
+    Window(const WindowState& state, WindowEvents& events, HWND owner);
+    ~Window() override;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    // The window behind a handle; null for one that is none of ours.
+    static Window* Of(HWND hwnd);
+
+    HWND Hwnd() const { return hwnd_; }
+    int Dpi() const { return dpi_; }
+    bool IsDialog() const { return state_.frame == FrameStyle::Dialog; }
+    // True when the form used the key.
+    bool HandleKey(WPARAM key);
+    void SetToolTip(HWND control, const std::string& text);
+
+    // Called by the controls as they come and go.
+    void Add(ControlWindow& control) { controls_.push_back(&control); }
+    void Remove(ControlWindow& control);
+
+    void Retire() override;
+    void Show() override;
+    void ShowInactive() override;
+    void Hide() override;
+    void Move(const base::Rect& bounds) override;
+    base::Rect Bounds() const override;
+    base::Twips TwipsPerPixel() const override;
+    void SetTopmost(bool topmost) override;
+    void BringToFront() override;
+    void SetPointer(Pointer pointer) override;
+    void Drag(HitCode code) override;
+    void PopUp(Menu& menu) override;
+    base::NativeWindow Handle() const override { return hwnd_; }
+
+private:
+    static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam,
+                                      LPARAM lParam) noexcept;
+    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    bool HandleMouse(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    bool HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    LRESULT ColourOfControl(HWND control, HDC canvas) noexcept;
+    void Create(HWND owner);
+    void RememberFocus(bool active);
+    void ChangeDpi(int dpi, const RECT& suggested);
+    void Paint() const;
+    LRESULT DefaultButton() const;
+
+    WindowState state_;
+    WindowEvents* events_ = nullptr;  // null until created and once retired
+    HWND hwnd_ = nullptr;
+    int dpi_ = base::kDesignDpi;
+    HWND focus_ = nullptr;  // the control that had the focus last
+    HWND toolTips_ = nullptr;
+    std::vector<ControlWindow*> controls_;
+};
+
+}  // namespace nqp::forms::win32

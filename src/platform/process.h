@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace nqp::platform {
+
+// The folder of the program file; the settings, the playlist and the skins live in it.
+std::filesystem::path ProgramFolder();
+
+// The argument string of this process as one text in UTF-8, without the program's own name; quotes
+// and blanks inside are kept.
+std::string ArgumentText();
+
+// Shows an error to the person, in one message box with the program's title.
+void ShowErrorBox(const std::string& sentence);
+// For whoever watches the program with a debugger.
+void WriteDebugLine(const std::string& text);
+
+}  // namespace nqp::platform

@@ -1,0 +1,122 @@
+#include <stdexcept>
+#include <utility>
+
+#include "headless/headless.h"
+#include "window_driver.h"
+
+namespace nqp::test {
+namespace {
+
+headless::Control& PeerOf(const forms::Control& control) {
+    for (headless::Control* peer : headless::Controls()) {
+        if (&peer->state == &control.State() && peer->events != nullptr) return *peer;
+    }
+    throw std::logic_error("the control " + control.Name() + " is not on the screen");
+}
+
+headless::Window& PeerOf(const forms::Form& form) {
+    if (form.Handle() == nullptr) throw std::logic_error("the window is not loaded");
+    return *static_cast<headless::Window*>(form.Handle());
+}
+
+}  // namespace
+
+void ClickOn(forms::Control& control) {
+    headless::Control& peer = PeerOf(control);
+    if (!peer.state.visible || !peer.state.enabled) return;
+    headless::MakeActive(&peer.window);
+    peer.events->OnMouseDown({.Button = base::kLeftButton});
+    if (peer.events != nullptr) peer.events->OnMouseUp({.Button = base::kLeftButton});
+    if (peer.events != nullptr) peer.events->OnClick();
+    RunMessages();
+}
+
+void MovePointerOver(forms::Control& control, base::Twips x, base::Twips y) {
+    PeerOf(control).events->OnMouseMove({.X = x, .Y = y});
+}
+
+void MovePointerOver(forms::Form& form, base::Twips x, base::Twips y) {
+    PeerOf(form).events->OnMouseMove({.X = x, .Y = y});
+}
+
+void PressOn(forms::Form& form, int button, base::Twips x, base::Twips y) {
+    PeerOf(form).events->OnMouseDown({.Button = button, .X = x, .Y = y});
+    RunMessages();
+}
+
+void PressKey(forms::Form& form, int keyCode, int shift) {
+    PeerOf(form).events->OnKeyDown({keyCode, shift});
+    RunMessages();
+}
+
+void TypeInto(forms::TextBox& field, const std::string& text) {
+    PeerOf(field).text = text;
+    PeerOf(field).events->OnTextTyped(text);
+}
+
+void LeaveField(forms::TextBox& field) {
+    PeerOf(field).events->OnFocusLost();
+}
+
+void DragSlider(forms::Slider& slider, int value) {
+    PeerOf(slider).events->OnValueChanged(value);
+}
+
+void CloseBySystem(forms::Form& form) {
+    PeerOf(form).events->OnCloseRequested();
+    RunMessages();
+}
+
+void GoTo(forms::Form& form) {
+    headless::MakeActive(&PeerOf(form));
+    RunMessages();
+}
+
+void GoToAnotherProgram() {
+    headless::MakeActive(nullptr);
+    RunMessages();
+}
+
+void ReportFromTrayIcon(forms::Form& form, int messageNumber) {
+    const base::Twips perPixel = form.TwipsPerPixel();
+    PeerOf(form).events->OnMouseMove({.X = static_cast<base::Twips>(messageNumber) * perPixel});
+    RunMessages();
+}
+
+void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> drag) {
+    PeerOf(form).nextDrag = std::move(drag);
+}
+
+void ChooseInNextMenu(forms::Form& form, const forms::Menu&, const forms::MenuItem& item) {
+    PeerOf(form).nextMenuChoice = item.Name();
+}
+
+bool OnScreen(const forms::Form& form) {
+    return form.Handle() != nullptr && PeerOf(form).visible;
+}
+
+bool Topmost(const forms::Form& form) {
+    return PeerOf(form).topmost;
+}
+
+bool Active(const forms::Form& form) {
+    return form.Handle() != nullptr && headless::ActiveWindow() == &PeerOf(form);
+}
+
+bool ShownOn(const forms::Control& control) {
+    return PeerOf(control).visible;
+}
+
+std::string TextOn(const forms::Control& control) {
+    return PeerOf(control).text;
+}
+
+forms::Pointer PointerOf(const forms::Form& form) {
+    return PeerOf(form).pointer;
+}
+
+void RunMessages() {
+    headless::RunPostedTasks();
+}
+
+}  // namespace nqp::test

@@ -1,0 +1,223 @@
+#include "headless/headless.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <utility>
+
+#include "forms/menu.h"
+
+namespace nqp {
+namespace test::headless {
+namespace {
+
+constexpr base::Size kScreen{19200, 14400};  // 1280 x 960 pixels
+constexpr base::Twips kTaskBar = 600;
+constexpr base::Twips kPixel = 15;
+constexpr base::Size kDialogFrame{90, 540};
+
+std::vector<Window*> windows;
+std::vector<Control*> controls;
+Window* active = nullptr;
+std::deque<std::function<void()>> tasks;
+
+base::Twips WholePixels(base::Twips twips) {
+    return std::round(twips / kPixel) * kPixel;
+}
+
+base::Rect WholePixels(const base::Rect& bounds) {
+    return {WholePixels(bounds.left), WholePixels(bounds.top), WholePixels(bounds.width),
+            WholePixels(bounds.height)};
+}
+
+void RaiseToTop(Window* window) {
+    std::erase(windows, window);
+    windows.push_back(window);
+}
+
+// What the system does when the active window goes: its owner, else the next one down.
+void ActivateAnother(const Window& gone) {
+    Window* next = gone.owner != nullptr && gone.owner->visible ? gone.owner : nullptr;
+    for (Window* window : windows) {
+        if (next == nullptr || next != gone.owner) {
+            if (window != &gone && window->visible) next = window;
+        }
+    }
+    MakeActive(next);
+}
+
+class Timer final : public forms::TimerPeer {
+public:
+    explicit Timer(std::function<void()> tick) : tick_(std::move(tick)) { All().push_back(this); }
+    ~Timer() override { std::erase(All(), this); }
+    void Tick() const { tick_(); }
+
+    static std::vector<Timer*>& All() {
+        static std::vector<Timer*> timers;
+        return timers;
+    }
+
+private:
+    std::function<void()> tick_;
+};
+
+}  // namespace
+
+Window* ActiveWindow() {
+    return active;
+}
+
+const std::vector<Window*>& Windows() {
+    return windows;
+}
+
+const std::vector<Control*>& Controls() {
+    return controls;
+}
+
+void MakeActive(Window* window) {
+    if (active == window) return;
+    Window* before = std::exchange(active, window);
+    if (window != nullptr) RaiseToTop(window);
+    if (before != nullptr && before->events != nullptr) before->events->OnDeactivated();
+    if (window != nullptr && window->events != nullptr) window->events->OnActivated();
+}
+
+void RunPostedTasks() {
+    while (!tasks.empty()) {
+        const auto task = std::move(tasks.front());
+        tasks.pop_front();
+        task();
+    }
+}
+
+void TickTimers() {
+    const std::vector<Timer*> all = Timer::All();
+    for (const Timer* timer : all)
+        timer->Tick();
+}
+
+Window::Window(const forms::WindowState& state, forms::WindowEvents& sink, Window* opener)
+    : events(&sink),
+      owner(opener),
+      bounds(WholePixels(state.bounds)),
+      topmost(state.topmost),
+      pointer(state.pointer) {
+    if (state.frame == forms::FrameStyle::Dialog) {
+        bounds.width += kDialogFrame.width;
+        bounds.height += kDialogFrame.height;
+    }
+    windows.push_back(this);
+}
+
+Window::~Window() {
+    std::erase(windows, this);
+    if (active == this) active = nullptr;
+}
+
+void Window::Retire() {
+    events = nullptr;
+    Hide();
+    std::erase(windows, this);
+}
+
+void Window::Show() {
+    visible = true;
+    MakeActive(this);
+}
+
+void Window::ShowInactive() {
+    visible = true;
+}
+
+void Window::Hide() {
+    visible = false;
+    if (active == this) ActivateAnother(*this);
+}
+
+void Window::Move(const base::Rect& to) {
+    const base::Rect before = std::exchange(bounds, WholePixels(to));
+    if (before != bounds && events != nullptr) events->OnBoundsChanged(bounds);
+}
+
+base::Twips Window::TwipsPerPixel() const {
+    return kPixel;
+}
+
+// The system activates a window on the screen whose place in the order it changes.
+void Window::SetTopmost(bool on) {
+    topmost = on;
+    if (visible) MakeActive(this);
+}
+
+void Window::BringToFront() {
+    if (visible) MakeActive(this);
+}
+
+void Window::Drag(forms::HitCode code) {
+    const auto drag = std::exchange(nextDrag, nullptr);
+    if (drag) Move(drag(code));
+}
+
+void Window::PopUp(forms::Menu& menu) {
+    const std::string choice = std::exchange(nextMenuChoice, {});
+    for (forms::MenuItem* item : menu.Items()) {
+        if (item->Name() == choice) item->Click();
+    }
+}
+
+Control::Control(const forms::ControlState& shown, forms::ControlEvents& sink, Window& parent)
+    : events(&sink), window(parent), state(shown) {
+    controls.push_back(this);
+    Update();
+}
+
+Control::~Control() {
+    std::erase(controls, this);
+}
+
+void Control::Update() {
+    text = state.text;
+    visible = state.visible;
+}
+
+}  // namespace test::headless
+
+namespace forms {
+
+using namespace test;
+
+std::unique_ptr<WindowPeer> CreateWindowPeer(const WindowState& state, WindowEvents& events,
+                                             WindowPeer* opener) {
+    return std::make_unique<headless::Window>(state, events,
+                                              static_cast<headless::Window*>(opener));
+}
+
+std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, ControlEvents& events,
+                                               WindowPeer& window) {
+    return std::make_unique<headless::Control>(state, events,
+                                               static_cast<headless::Window&>(window));
+}
+
+std::unique_ptr<TimerPeer> CreateTimerPeer(int, std::function<void()> tick) {
+    return std::make_unique<headless::Timer>(std::move(tick));
+}
+
+void Post(std::function<void()> task) {
+    headless::tasks.push_back(std::move(task));
+}
+
+base::Size ScreenSize() {
+    return headless::kScreen;
+}
+
+base::Rect VirtualScreen() {
+    return {0, 0, headless::kScreen.width, headless::kScreen.height};
+}
+
+base::Rect WorkAreaAt(const base::Point&) {
+    return {0, 0, headless::kScreen.width, headless::kScreen.height - headless::kTaskBar};
+}
+
+}  // namespace forms
+}  // namespace nqp

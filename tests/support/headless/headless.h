@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "forms/backend.h"
+
+// The backend without windows: it keeps what a screen would show, as whole pixels at 96 dpi.
+namespace nqp::test::headless {
+
+class Window final : public forms::WindowPeer {
+public:
+    Window(const forms::WindowState& state, forms::WindowEvents& events, Window* owner);
+    ~Window() override;
+
+    void Retire() override;
+    void Show() override;
+    void ShowInactive() override;
+    void Hide() override;
+    void Move(const base::Rect& bounds) override;
+    base::Rect Bounds() const override { return bounds; }
+    base::Twips TwipsPerPixel() const override;
+    void SetTopmost(bool on) override;
+    void BringToFront() override;
+    void SetPointer(forms::Pointer shape) override { pointer = shape; }
+    void Drag(forms::HitCode code) override;
+    void PopUp(forms::Menu& menu) override;
+    // Not a window of the platform, but as good for telling windows apart.
+    base::NativeWindow Handle() const override { return const_cast<Window*>(this); }
+
+    forms::WindowEvents* events;
+    Window* owner;
+    base::Rect bounds;
+    bool visible = false;
+    bool topmost = false;
+    forms::Pointer pointer;
+    std::function<base::Rect(forms::HitCode)> nextDrag;
+    std::string nextMenuChoice;
+};
+
+class Control final : public forms::ControlPeer {
+public:
+    Control(const forms::ControlState& state, forms::ControlEvents& events, Window& window);
+    ~Control() override;
+
+    void Update() override;
+    void SetFocus() override {}
+    void Retire() override { events = nullptr; }
+
+    forms::ControlEvents* events;
+    Window& window;
+    const forms::ControlState& state;
+    // What was shown last.
+    std::string text;
+    bool visible = false;
+};
+
+// The window that is active; null while another program is.
+Window* ActiveWindow();
+void MakeActive(Window* window);
+// Those that exist and are not retired.
+const std::vector<Window*>& Windows();
+const std::vector<Control*>& Controls();
+void RunPostedTasks();
+void TickTimers();
+
+}  // namespace nqp::test::headless

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/main_app.h"
+#include "remote/form4.h"
+#include "scripted_engine.h"
+#include "temp_folder.h"
+#include "video/form1.h"
+#include "video/form5.h"
+#include "video/form6.h"
+#include "window_driver.h"
+
+namespace nqp::test {
+
+class ScriptedDialogs final : public core::FileDialogs {
+public:
+    std::optional<std::string> OpenFile(const core::OpenFileRequest& request) override {
+        lastRequest = request;
+        return answer;
+    }
+
+    std::optional<std::string> answer;  // nothing: the person cancels
+    core::OpenFileRequest lastRequest;
+};
+
+class RecordingTray final : public core::TrayIcon {
+public:
+    bool SetTrayIcon(core::TrayMessage message, base::NativeWindow,
+                     const std::string& tip) override {
+        calls.push_back((message == core::TrayMessage::Add ? "Add " : "Delete ") + tip);
+        return true;
+    }
+
+    std::vector<std::string> calls;
+};
+
+// The windows of the program over a scripted engine, in a program folder of their own.
+class Player final : public core::StartWindows {
+public:
+    explicit Player(const std::string& commandLine = {});
+    ~Player();
+
+    // As the entry routine does: the marker in the folder decides. Starts as a person's start does
+    // unless the test put another marker there.
+    core::LaunchMode Start();
+
+    void Load() override;
+    void Show() override;
+
+    // One record of "options.cfg", to be written before the start or read after the end.
+    void PutSetting(int record, const std::string& text) const;
+    std::string Setting(int record) const;
+
+    TempFolder folder;
+    ScriptedEngine engine;
+    ScriptedDialogs dialogs;
+    RecordingTray tray;
+    video::Form1 form1{engine};
+    video::Form6 form6{engine};
+    video::Form5 form5;
+    remote::Form4 form4;
+
+private:
+    std::string commandLine_;
+};
+
+}  // namespace nqp::test

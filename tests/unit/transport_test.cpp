@@ -1,0 +1,121 @@
+#include "remote/transport.h"
+
+#include <gtest/gtest.h>
+
+#include "scripted_engine.h"
+
+namespace nqp::remote {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class FakeRemote final : public core::RemoteWindow {
+public:
+    explicit FakeRemote(test::ScriptedEngine& engine) : engine_(engine) {}
+
+    core::SharedSettings settings;
+
+    const core::SharedSettings& Settings() const override { return settings; }
+    void Picture1_Click() override {}
+    void Picture7_Click() override {}
+    void Picture9_Click() override {}
+    void Picture10_Click() override {}
+    void Picture11_Click() override {}
+    void next_playlist_item() override {}
+    void ShowRemote() override {}
+    void ShowRemoteOnTop() override { engine_.calls.emplace_back("remote on top"); }
+    void HideRemote() override {}
+    base::Point RemotePosition() const override { return {}; }
+    void MoveRemote(base::Point) override {}
+
+private:
+    test::ScriptedEngine& engine_;
+};
+
+class TransportTest : public testing::Test {
+protected:
+    void OpenClip() {
+        engine_.Open("a.avi");
+        engine_.ForgetCalls();
+    }
+
+    test::ScriptedEngine engine_;
+    FakeRemote remote_{engine_};
+    Transport transport_{engine_, remote_};
+};
+
+TEST_F(TransportTest, PlayWithNothingLoadedOnlySetsTheFlags) {
+    transport_.stopped = true;
+    transport_.bPause = true;
+    transport_.Play();
+    EXPECT_TRUE(transport_.ready_to_play);
+    EXPECT_FALSE(transport_.bPause);
+    EXPECT_FALSE(transport_.stopped);
+    EXPECT_FALSE(transport_.loading);
+    EXPECT_EQ(engine_.calls, Calls{});
+}
+
+TEST_F(TransportTest, PlayShowsThePictureFirst) {
+    OpenClip();
+    transport_.Play();
+    EXPECT_EQ(engine_.calls, (Calls{"Visible = true", "Play"}));
+    EXPECT_TRUE(transport_.loading);
+}
+
+TEST_F(TransportTest, PlaySwitchesToFullScreenWhenThatIsSet) {
+    OpenClip();
+    remote_.settings.auto_fullscreen = true;
+    transport_.Play();
+    EXPECT_EQ(engine_.calls, (Calls{"Visible = true", "DisplaySize = 3", "Play"}));
+}
+
+TEST_F(TransportTest, TheRemoteStaysAboveTheFullScreenWhenThatIsSet) {
+    OpenClip();
+    remote_.settings.auto_fullscreen = true;
+    remote_.settings.control_at_fullscreen = true;
+    transport_.Play();
+    EXPECT_EQ(engine_.calls, (Calls{"Visible = true", "DisplaySize = 3", "remote on top", "Play"}));
+}
+
+TEST_F(TransportTest, PauseTogglesBetweenPausedAndPlaying) {
+    OpenClip();
+    transport_.Play();
+    engine_.ForgetCalls();
+    transport_.TogglePause();
+    EXPECT_EQ(engine_.calls, Calls{"Pause"});
+    EXPECT_TRUE(transport_.bPause);
+    EXPECT_FALSE(transport_.ready_to_play);
+    engine_.ForgetCalls();
+    transport_.loading = false;
+    transport_.TogglePause();
+    EXPECT_EQ(engine_.calls, (Calls{"Visible = true", "Play"}));
+    EXPECT_FALSE(transport_.bPause);
+    EXPECT_TRUE(transport_.ready_to_play);
+    EXPECT_TRUE(transport_.loading);
+}
+
+TEST_F(TransportTest, PauseAfterStopDoesNothing) {
+    OpenClip();
+    transport_.Play();
+    transport_.stopped = true;
+    engine_.ForgetCalls();
+    transport_.TogglePause();
+    EXPECT_EQ(engine_.calls, Calls{});
+}
+
+TEST_F(TransportTest, PauseWithNothingLoadedDoesNothing) {
+    transport_.ready_to_play = true;
+    transport_.TogglePause();
+    EXPECT_TRUE(transport_.ready_to_play);
+    EXPECT_EQ(engine_.calls, Calls{});
+}
+
+TEST_F(TransportTest, ResetClearsEveryFlag) {
+    transport_.ready_to_play = transport_.bPause = transport_.stopped = transport_.loading = true;
+    transport_.Reset();
+    EXPECT_FALSE(transport_.ready_to_play || transport_.bPause || transport_.stopped ||
+                 transport_.loading);
+}
+
+}  // namespace
+}  // namespace nqp::remote
