@@ -31,7 +31,8 @@ protected:
 class WindowEvents {
 public:
     virtual void OnBoundsChanged(const base::Rect& bounds) noexcept = 0;
-    virtual void OnActivated() noexcept = 0;
+    // By a person, or because the program itself showed, raised or hid a window.
+    virtual void OnActivated(bool byPerson) noexcept = 0;
     virtual void OnDeactivated() noexcept = 0;
     virtual void OnCloseRequested() noexcept = 0;
     virtual void OnMouseDown(const base::MouseEvent& mouse) noexcept = 0;
@@ -68,7 +69,7 @@ public:
     // handler may unload the window whose event it handles.
     virtual void Retire() = 0;
     virtual void Show() = 0;  // and makes it the active window
-    virtual void ShowInactive() = 0;
+    virtual void ShowOnTop() = 0;  // topmost, without becoming active
     virtual void Hide() = 0;
     virtual void Move(const base::Rect& bounds) = 0;
     // As they are on the screen: whole pixels.

@@ -68,15 +68,6 @@ void Form::RetirePeers() {
     Post([retired] { retired->controls.clear(); });
 }
 
-// The system activates a window that it raises; nobody came to it for that.
-template <class Operation>
-void Form::Raise(Operation operation) {
-    if (!peer_) return;
-    const bool before = std::exchange(raising_, true);
-    operation(*peer_);
-    raising_ = before;
-}
-
 base::Twips Form::TwipsPerPixel() const {
     return peer_ ? peer_->TwipsPerPixel() : base::PixelsToTwips(1, base::kDesignDpi);
 }
@@ -85,21 +76,22 @@ void Form::Show() {
     Load();
     if (!peer_) return;
     if (visible_) {
-        Raise([](WindowPeer& peer) { peer.Show(); });
+        peer_->Show();
         return;
     }
     visible_ = true;
-    Raise([](WindowPeer& peer) { peer.Show(); });
+    peer_->Show();
     // Also where the system refused to put the window in front: it was shown all the same.
     last_active = this;
     Guarded(Origin::Program, [this] { Form_Activate(); });
 }
 
-void Form::ShowInactive() {
+void Form::ShowOnTop() {
     Load();
     if (!peer_) return;
     visible_ = true;
-    peer_->ShowInactive();
+    state_.topmost = true;
+    peer_->ShowOnTop();
 }
 
 void Form::Hide() {
@@ -127,11 +119,11 @@ void Form::Move(const base::Rect& bounds) {
 
 void Form::SetTopmost(bool topmost) {
     state_.topmost = topmost;
-    Raise([topmost](WindowPeer& peer) { peer.SetTopmost(topmost); });
+    if (peer_) peer_->SetTopmost(topmost);
 }
 
 void Form::BringToFront() {
-    Raise([](WindowPeer& peer) { peer.BringToFront(); });
+    if (peer_) peer_->BringToFront();
 }
 
 void Form::SetMousePointer(Pointer pointer) {
@@ -160,11 +152,9 @@ void Form::OnBoundsChanged(const base::Rect& bounds) noexcept {
     Guarded(Origin::User, [this] { Form_Resize(); });
 }
 
-void Form::OnActivated() noexcept {
+void Form::OnActivated(bool byPerson) noexcept {
     const Form* previous = std::exchange(last_active, this);
-    if (raising_ || previous == nullptr || previous == this) return;
-    // A window that hid or unloaded itself left this one in front; nobody came here.
-    if (!previous->visible_ || previous->OpenedBy(*this)) return;
+    if (!byPerson || previous == nullptr || previous == this || previous->OpenedBy(*this)) return;
     Guarded(Origin::User, [this] { Form_Activate(); });
 }
 

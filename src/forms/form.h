@@ -29,8 +29,8 @@ public:
     void Load();
     // Loads, shows and activates.
     void Show();
-    // Loads and shows, and leaves the window active that is.
-    void ShowInactive();
+    // Loads and shows above all others, and leaves the window active that is.
+    void ShowOnTop();
     void Hide();
     // Runs Form_Unload, then the window goes. Safe inside a handler of this window.
     void Unload();
@@ -86,7 +86,7 @@ private:
     friend class TimerControl;
 
     void OnBoundsChanged(const base::Rect& bounds) noexcept override;
-    void OnActivated() noexcept override;
+    void OnActivated(bool byPerson) noexcept override;
     void OnDeactivated() noexcept override;
     void OnCloseRequested() noexcept override;
     void OnMouseDown(const base::MouseEvent& mouse) noexcept override;
@@ -96,15 +96,12 @@ private:
     void OnDestroyed() noexcept override;
 
     bool OpenedBy(const Form& other) const;
-    template <class Operation>
-    void Raise(Operation operation);
     void CreatePeers();
     void RetirePeers();
 
     WindowState state_;
     Form* opener_ = nullptr;
     bool visible_ = false;
-    bool raising_ = false;  // the program itself brings the window forward
     bool unloading_ = false;
     std::vector<Control*> controls_;
     std::vector<TimerControl*> timers_;

@@ -257,9 +257,9 @@ void Form4::RestoreFromTray() {
 // Without a list the player stays stopped at the end of the clip.
 void Form4::next_playlist_item() {}
 
+// Above the full-screen picture, whose keys go on reaching it.
 void Form4::ShowRemoteOnTop() {
-    SetTopmost(true);
-    ShowInactive();
+    ShowOnTop();
 }
 
 void Form4::MoveRemote(base::Point topLeft) {

@@ -193,13 +193,14 @@ TEST(Form, IsActivatedOnceWhenItIsShownAgain) {
     EXPECT_EQ(form.events, Events{"Activate"});
 }
 
-TEST(Form, ShownInactiveLeavesTheActiveWindowAlone) {
+TEST(Form, ShownOnTopLeavesTheActiveWindowAlone) {
     Sample first("Sample");
     Sample second("Sample2");
     first.Show();
-    second.ShowInactive();
+    second.ShowOnTop();
     test::RunMessages();
     EXPECT_TRUE(test::OnScreen(second));
+    EXPECT_TRUE(test::Topmost(second));
     EXPECT_TRUE(test::Active(first));
     EXPECT_EQ(second.events, Events{"Load"});
 }

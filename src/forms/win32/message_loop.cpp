@@ -45,13 +45,40 @@ private:
     UINT_PTR id_;
 };
 
+bool person_acted_last = false;
+
+bool IsButtonDown(const MSG& message) {
+    switch (message.message) {
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN:
+        case WM_NCLBUTTONDOWN:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool IsKeyDown(const MSG& message) {
     return message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
 }
 
 }  // namespace
 
+void NotePersonActed() {
+    person_acted_last = true;
+}
+
+void NoteProgramActed() {
+    person_acted_last = false;
+}
+
+bool PersonActedLast() {
+    return person_acted_last;
+}
+
 void Dispatch(MSG& message) {
+    if (IsKeyDown(message) || IsButtonDown(message)) NotePersonActed();
     Window* window = Window::Of(GetAncestor(message.hwnd, GA_ROOT));
     if (window != nullptr) {
         if (IsKeyDown(message) && window->HandleKey(message.wParam)) return;

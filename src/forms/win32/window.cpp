@@ -8,6 +8,7 @@
 
 #include "forms/win32/control_window.h"
 #include "forms/win32/graphics.h"
+#include "forms/win32/message_loop.h"
 #include "forms/win32/mouse.h"
 #include "forms/win32/screen.h"
 #include "winapi/text.h"
@@ -82,6 +83,7 @@ Window::Window(const WindowState& state, WindowEvents& events, HWND owner) : sta
 
 Window::~Window() {
     events_ = nullptr;
+    if (toolTips_ != nullptr) DestroyWindow(toolTips_);
     if (hwnd_ != nullptr) DestroyWindow(hwnd_);
 }
 
@@ -186,12 +188,17 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
             const bool active = LOWORD(wParam) != WA_INACTIVE;
             RememberFocus(active);
             if (active) {
-                events_->OnActivated();
+                events_->OnActivated(PersonActedLast());
             } else {
                 events_->OnDeactivated();
             }
             return IsDialog() && active;
         }
+        case WM_MOUSEACTIVATE:
+            // A click that is to activate the window; a menu's hit code comes from a window manager
+            // that gives the focus on its own account.
+            if (LOWORD(lParam) != HTMENU) NotePersonActed();
+            return false;
         case WM_CLOSE:
             events_->OnCloseRequested();
             return true;
@@ -264,8 +271,9 @@ void Window::Remove(ControlWindow& control) {
 
 void Window::SetToolTip(HWND control, const std::string& text) {
     if (toolTips_ == nullptr) {
+        // Topmost by itself: as a window owned by this one it would hold this one down.
         toolTips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, hwnd_,
+                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, nullptr,
                                     nullptr, GetModuleHandleW(nullptr), nullptr);
     }
     std::wstring wide = winapi::Utf16(text);
@@ -280,20 +288,25 @@ void Window::SetToolTip(HWND control, const std::string& text) {
 }
 
 void Window::Retire() {
+    NoteProgramActed();
     events_ = nullptr;
     ShowWindow(hwnd_, SW_HIDE);
 }
 
 void Window::Show() {
+    NoteProgramActed();
     ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(hwnd_);
 }
 
-void Window::ShowInactive() {
+void Window::ShowOnTop() {
+    NoteProgramActed();
     ShowWindow(hwnd_, SW_SHOWNOACTIVATE);
+    SetWindowPos(hwnd_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void Window::Hide() {
+    NoteProgramActed();
     ShowWindow(hwnd_, SW_HIDE);
 }
 
@@ -319,11 +332,13 @@ base::Twips Window::TwipsPerPixel() const {
 }
 
 void Window::SetTopmost(bool topmost) {
+    NoteProgramActed();
     SetWindowPos(hwnd_, topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 1, 1, 1, 1,
                  SWP_NOMOVE | SWP_NOSIZE);
 }
 
 void Window::BringToFront() {
+    NoteProgramActed();
     SetWindowPos(hwnd_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     SetForegroundWindow(hwnd_);
 }

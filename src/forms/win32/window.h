@@ -34,7 +34,7 @@ public:
 
     void Retire() override;
     void Show() override;
-    void ShowInactive() override;
+    void ShowOnTop() override;
     void Hide() override;
     void Move(const base::Rect& bounds) override;
     base::Rect Bounds() const override;

@@ -24,7 +24,7 @@ headless::Window& PeerOf(const forms::Form& form) {
 void ClickOn(forms::Control& control) {
     headless::Control& peer = PeerOf(control);
     if (!peer.state.visible || !peer.state.enabled) return;
-    headless::MakeActive(&peer.window);
+    headless::MakeActive(&peer.window, true);
     peer.events->OnMouseDown({.Button = base::kLeftButton});
     if (peer.events != nullptr) peer.events->OnMouseUp({.Button = base::kLeftButton});
     if (peer.events != nullptr) peer.events->OnClick();
@@ -68,12 +68,12 @@ void CloseBySystem(forms::Form& form) {
 }
 
 void GoTo(forms::Form& form) {
-    headless::MakeActive(&PeerOf(form));
+    headless::MakeActive(&PeerOf(form), true);
     RunMessages();
 }
 
 void GoToAnotherProgram() {
-    headless::MakeActive(nullptr);
+    headless::MakeActive(nullptr, true);
     RunMessages();
 }
 

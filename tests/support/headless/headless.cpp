@@ -75,12 +75,12 @@ const std::vector<Control*>& Controls() {
     return controls;
 }
 
-void MakeActive(Window* window) {
+void MakeActive(Window* window, bool byPerson) {
     if (active == window) return;
     Window* before = std::exchange(active, window);
     if (window != nullptr) RaiseToTop(window);
     if (before != nullptr && before->events != nullptr) before->events->OnDeactivated();
-    if (window != nullptr && window->events != nullptr) window->events->OnActivated();
+    if (window != nullptr && window->events != nullptr) window->events->OnActivated(byPerson);
 }
 
 void RunPostedTasks() {
@@ -126,8 +126,9 @@ void Window::Show() {
     MakeActive(this);
 }
 
-void Window::ShowInactive() {
+void Window::ShowOnTop() {
     visible = true;
+    topmost = true;
 }
 
 void Window::Hide() {

@@ -16,7 +16,7 @@ public:
 
     void Retire() override;
     void Show() override;
-    void ShowInactive() override;
+    void ShowOnTop() override;
     void Hide() override;
     void Move(const base::Rect& bounds) override;
     base::Rect Bounds() const override { return bounds; }
@@ -58,7 +58,7 @@ public:
 
 // The window that is active; null while another program is.
 Window* ActiveWindow();
-void MakeActive(Window* window);
+void MakeActive(Window* window, bool byPerson = false);
 // Those that exist and are not retired.
 const std::vector<Window*>& Windows();
 const std::vector<Control*>& Controls();

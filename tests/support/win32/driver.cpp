@@ -106,7 +106,9 @@ HWND OtherProgram() {
     return window;
 }
 
+// A person comes to the window.
 void Activate(HWND window) {
+    forms::win32::NotePersonActed();
     SetForegroundWindow(window);
     SetActiveWindow(window);
     RunMessages();

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/media_engine_window.h"
+
+namespace nqp::platform {
+
+// A modeless dialog built in code: the message font, sizes in pixels at 96 dpi that follow the
+// monitor's resolution, keyboard navigation, Escape closes. Handle() is null once it is closed.
+class DialogWindow : public MessageWindow {
+public:
+    ~DialogWindow() override;
+
+    void BringToFront() const;
+
+protected:
+    bool CreateDialogWindow(const wchar_t* className, const wchar_t* title, HWND owner,
+                            PixelSize designSize);
+    HWND AddControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                    const PixelRect& designPlace);
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    virtual void OnCommand(int /*id*/, int /*notification*/) {}
+    virtual void OnTimer() {}
+
+private:
+    struct Control {
+        HWND window;
+        PixelRect designPlace;
+    };
+    struct FontDeleter {
+        using pointer = HFONT;
+        void operator()(HFONT font) const { DeleteObject(font); }
+    };
+    struct HookRemover {
+        using pointer = HHOOK;
+        void operator()(HHOOK hook) const { UnhookWindowsHookEx(hook); }
+    };
+
+    int Scaled(int designPixels) const;
+    PixelRect CentredOver(HWND owner, PixelSize designSize) const;
+    void ApplyResolution();
+
+    std::vector<Control> controls_;
+    std::unique_ptr<HFONT, FontDeleter> font_;
+    std::unique_ptr<HHOOK, HookRemover> keyboard_;
+};
+
+// Sets the text only where it differs, so that nothing flickers.
+void UpdateText(HWND control, const std::wstring& text);
+
+}  // namespace nqp::platform

@@ -1,0 +1,111 @@
+#include "platform/video_view.h"
+
+#include <windowsx.h>
+
+#include "base/geometry.h"
+#include "core/media_engine.h"
+#include "platform/script_messages.h"
+
+namespace nqp::platform {
+
+namespace {
+
+int ButtonOf(UINT message) {
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_LBUTTONUP: return base::kLeftButton;
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_RBUTTONUP: return base::kRightButton;
+        case WM_MBUTTONDOWN:
+        case WM_MBUTTONDBLCLK:
+        case WM_MBUTTONUP: return base::kMiddleButton;
+        default: return 0;
+    }
+}
+
+int ButtonsHeld(WPARAM keys) {
+    return ((keys & MK_LBUTTON) != 0 ? base::kLeftButton : 0) +
+           ((keys & MK_RBUTTON) != 0 ? base::kRightButton : 0) +
+           ((keys & MK_MBUTTON) != 0 ? base::kMiddleButton : 0);
+}
+
+int KeysHeld(WPARAM keys) {
+    return ((keys & MK_SHIFT) != 0 ? base::kShiftKey : 0) +
+           ((keys & MK_CONTROL) != 0 ? base::kControlKey : 0) +
+           (GetKeyState(VK_MENU) < 0 ? base::kAltKey : 0);
+}
+
+}  // namespace
+
+base::MouseEvent ToMouseEvent(HWND receiver, HWND origin, UINT message, WPARAM wParam,
+                              LPARAM lParam) {
+    POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    MapWindowPoints(receiver, origin, &point, 1);
+    const int dpi = static_cast<int>(GetDpiForWindow(origin));
+    return {.Button = message == WM_MOUSEMOVE ? ButtonsHeld(wParam) : ButtonOf(message),
+            .Shift = KeysHeld(wParam),
+            .X = base::PixelsToTwips(point.x, dpi),
+            .Y = base::PixelsToTwips(point.y, dpi)};
+}
+
+VideoView::VideoView(HWND parent, int controlId, VideoViewClient& client)
+    : client_(client),
+      scriptMessage_(RegisterWindowMessageW(script::kMessageName)),
+      cursorType_(core::kNormalCursor) {
+    Create({.className = script::kWindowClass,
+            .classStyle = CS_DBLCLKS,
+            .style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+            .place = {},
+            .parentOrOwner = parent,
+            .controlId = controlId});
+}
+
+void VideoView::Resize(PixelSize size) {
+    SetWindowPos(Handle(), nullptr, 0, 0, size.width, size.height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void VideoView::SetVisible(bool visible) { ShowWindow(Handle(), visible ? SW_SHOWNA : SW_HIDE); }
+
+LRESULT VideoView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == scriptMessage_) {
+        return client_.OnScriptMessage(static_cast<int>(wParam), lParam);
+    }
+    switch (message) {
+        case kGraphEventMessage: client_.OnGraphEvent(); return 0;
+        case WM_ERASEBKGND: return 1;  // WM_PAINT covers everything: no flicker
+        case WM_PAINT: PaintBlack(Handle()); return 0;
+        case WM_SIZE: client_.OnPictureAreaChanged(); return 0;
+        case WM_SETCURSOR:
+            if (ShowCursor(lParam)) return TRUE;
+            break;
+        default:
+            if (message >= WM_MOUSEFIRST && message <= WM_MBUTTONDBLCLK) {
+                return OnMouseMessage(message, wParam, lParam);
+            }
+    }
+    return MessageWindow::OnMessage(message, wParam, lParam);
+}
+
+LRESULT VideoView::OnMouseMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const base::MouseEvent mouse = ToMouseEvent(Handle(), Handle(), message, wParam, lParam);
+    switch (message) {
+        case WM_MOUSEMOVE: client_.OnMouseMove(mouse); break;
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP: client_.OnMouseUp(mouse); break;
+        default: client_.OnMouseDown(mouse); break;  // a double click is one more press
+    }
+    return 0;
+}
+
+bool VideoView::ShowCursor(LPARAM hitTest) const {
+    if (LOWORD(hitTest) != HTCLIENT) return false;
+    const bool sizing = cursorType_ == core::kSizingCursor;
+    SetCursor(SystemCursor(sizing ? IDC_SIZENWSE : IDC_ARROW));
+    return true;
+}
+
+}  // namespace nqp::platform
