@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "base/text.h"
+#include "core/command_line.h"
 #include "core/main_app.h"
 #include "forms/run_time_error.h"
 #include "forms/win32/message_loop.h"

@@ -1,12 +1,10 @@
 #include "core/main_app.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
-#include <string_view>
 #include <vector>
 
 #include "base/file.h"
+#include "core/command_line.h"
 
 namespace nqp::core {
 namespace {
@@ -21,13 +19,6 @@ LaunchMode Decide(const std::filesystem::path& programFolder, const std::string&
     return commandLine == kHiddenSwitch ? LaunchMode::Hidden : LaunchMode::Ordinary;
 }
 
-bool EqualIgnoringCase(std::string_view text, std::string_view other) {
-    return std::equal(text.begin(), text.end(), other.begin(), other.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) ==
-               std::tolower(static_cast<unsigned char>(b));
-    });
-}
-
 }  // namespace
 
 MainApp::MainApp(const std::filesystem::path& programFolder, const std::string& commandLine,
@@ -35,19 +26,6 @@ MainApp::MainApp(const std::filesystem::path& programFolder, const std::string& 
     : mode_(Decide(programFolder, commandLine)) {
     if (mode_ == LaunchMode::Hidden) windows.Load();
     if (mode_ == LaunchMode::Ordinary) windows.Show();
-}
-
-CommandLine WithoutAutomationSwitch(const std::string& arguments) {
-    constexpr std::array<std::string_view, 4> kSwitches = {"-Embedding", "/Embedding",
-                                                           "-Automation", "/Automation"};
-    for (const std::string_view name : kSwitches) {
-        if (EqualIgnoringCase(arguments, name)) return {{}, true};
-    }
-    return {arguments, false};
-}
-
-bool NamesMediaFile(const std::string& commandLine) {
-    return !commandLine.empty() && commandLine != kHiddenSwitch;
 }
 
 }  // namespace nqp::core

@@ -6,8 +6,7 @@
 namespace nqp::core {
 
 inline constexpr char kStartUpMarkerName[] = "startup.cfg";
-inline constexpr char kOrdinaryStart = '0';        // the marker's byte: windows are shown
-inline constexpr char kHiddenSwitch[] = "/START";  // the whole command line, upper case
+inline constexpr char kOrdinaryStart = '0';  // the marker's byte: windows are shown
 
 enum class LaunchMode {
     Ordinary,    // both windows are shown
@@ -38,16 +37,5 @@ public:
 private:
     LaunchMode mode_;
 };
-
-// The command line as one text without what the automation layer adds for itself (a switch
-// "-Embedding" or "/Automation", in any case), and whether it did.
-struct CommandLine {
-    std::string text;
-    bool startedByAutomation = false;
-};
-CommandLine WithoutAutomationSwitch(const std::string& arguments);
-
-// True for a text that names a media file: all but none at all and kHiddenSwitch.
-bool NamesMediaFile(const std::string& commandLine);
 
 }  // namespace nqp::core

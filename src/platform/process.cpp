@@ -2,9 +2,8 @@
 
 #include <windows.h>
 
-#include <string_view>
-
 #include "base/file.h"
+#include "core/command_line.h"
 #include "core/program_folder.h"
 #include "winapi/text.h"
 
@@ -24,17 +23,6 @@ std::wstring ProgramFile() {
     }
 }
 
-// A program name in quotes ends with the closing one, a plain one at the first blank.
-std::wstring_view WithoutProgramName(std::wstring_view line) {
-    constexpr std::wstring_view kBlanks = L" \t";
-    const bool quoted = line.starts_with(L'"');
-    const auto end = quoted ? line.find(L'"', 1) : line.find_first_of(kBlanks);
-    if (end == std::wstring_view::npos) return {};
-    line.remove_prefix(end + (quoted ? 1 : 0));
-    const auto first = line.find_first_not_of(kBlanks);
-    return first == std::wstring_view::npos ? std::wstring_view{} : line.substr(first);
-}
-
 }  // namespace
 
 std::filesystem::path ProgramFolder() {
@@ -42,7 +30,7 @@ std::filesystem::path ProgramFolder() {
 }
 
 std::string ArgumentText() {
-    return winapi::Utf8(WithoutProgramName(GetCommandLineW()));
+    return winapi::Utf8(core::ArgumentsOf(GetCommandLineW()));
 }
 
 void ShowErrorBox(const std::string& sentence) {

@@ -4,7 +4,7 @@
 
 #include "base/file.h"
 #include "base/text.h"
-#include "core/main_app.h"
+#include "core/command_line.h"
 #include "core/program_folder.h"
 
 namespace nqp::remote {

@@ -12,11 +12,11 @@ constexpr base::Size kClient{5400, 2130};
 constexpr base::Twips kMargin = 240;
 constexpr base::Rect kCaptionBounds{kMargin, 240, 1500, 345};
 constexpr base::Rect kTextBounds{4260, 240, 900, 345};
-constexpr base::Rect kSliderBounds{kMargin, 720, kClient.width - 2 * kMargin, 390};
+constexpr base::Rect kSliderBounds{kMargin, 690, kClient.width - 2 * kMargin, 450};
 constexpr base::Rect kNormalBounds{kMargin, 1590, 1800, 375};
 constexpr base::Rect kCloseBounds{3960, 1590, 1200, 375};
 constexpr base::Twips kMarkWidth = 600;
-constexpr base::Twips kMarkTop = 1125;
+constexpr base::Twips kMarkTop = 1140;
 constexpr base::Twips kMarkHeight = 270;
 // The middle of the slider's thumb at either end of its way, from the slider's edges.
 constexpr base::Twips kSliderInset = 195;

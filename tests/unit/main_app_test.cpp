@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/command_line.h"
 #include "core/program_folder.h"
 #include "temp_folder.h"
 
@@ -79,21 +80,6 @@ TEST_F(MainAppTest, AnAutomationMarkerWinsOverTheHiddenSwitch) {
 
 TEST_F(MainAppTest, AMissingFolderIsAnAutomationStart) {
     EXPECT_EQ(MainApp(folder_.Path() / "missing", {}, windows_).Mode(), LaunchMode::Automation);
-}
-
-TEST(CommandLine, LosesTheSwitchOfTheAutomationLayer) {
-    for (const char* text :
-         {"-Embedding", "/Embedding", "-embedding", "/Automation", "-Automation"}) {
-        EXPECT_TRUE(WithoutAutomationSwitch(text).startedByAutomation) << text;
-        EXPECT_EQ(WithoutAutomationSwitch(text).text, "");
-    }
-}
-
-TEST(CommandLine, KeepsEverythingElse) {
-    for (const char* text : {"", "/START", "C:\\a -Embedding.avi", "-Embedding.avi"}) {
-        EXPECT_FALSE(WithoutAutomationSwitch(text).startedByAutomation) << text;
-        EXPECT_EQ(WithoutAutomationSwitch(text).text, text);
-    }
 }
 
 TEST(FlagFile, IsDeletedFromTheProgramFolder) {
