@@ -22,7 +22,7 @@ namespace nqp {
 namespace {
 
 // How long a process that was started for an automation client waits for it to come.
-constexpr int kWaitForClientMilliseconds = 30000;
+constexpr int kWaitForClientMilliseconds = 10000;
 
 class OleSession {
 public:
