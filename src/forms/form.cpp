@@ -1,5 +1,7 @@
 #include "forms/form.h"
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "forms/control.h"
@@ -49,7 +51,13 @@ void Form::Load() {
 void Form::CreatePeers() {
     peer_ = CreateWindowPeer(state_, *this, opener_ != nullptr ? opener_->peer_.get() : nullptr);
     state_.bounds = peer_->Bounds();
-    for (Control* control : controls_) {
+    // What comes later lies below, and lines belong to the face, below everything.
+    const auto isLine = [](const Control* control) {
+        return control->state_.kind == ControlKind::Line;
+    };
+    std::vector<Control*> fromTheTop = controls_;
+    std::stable_partition(fromTheTop.begin(), fromTheTop.end(), std::not_fn(isLine));
+    for (Control* control : fromTheTop) {
         control->peer_ = CreateControlPeer(control->state_, *control, *peer_);
     }
 }

@@ -80,8 +80,9 @@ Form4::Form4(const RemoteContext& context)
     Picture13.SetToolTipText("Volume");
 }
 
-// The start sequence. The order counts: the settings place what the face holds, and a file on the
-// command line plays with the settings applied.
+// The start sequence: playlist, flag file, skin, settings, flags, icon, position, command line. The
+// order counts: the settings place what the skin has dressed, and a file on the command line plays
+// with the settings applied.
 void Form4::Form_Load() {
     core::DeleteFlagFile(context_.programFolder);
     tray_restore_ = true;

@@ -8,6 +8,8 @@ namespace {
 
 constexpr base::Rect kFirstGeometry{3090, 1005, 5160, 3855};  // twips
 constexpr base::Twips kSmallestSide = 400;
+// Where the menu opens when a key asks for it: from the upper left corner, twips.
+constexpr base::Twips kMenuInset = 300;
 constexpr int kMediaPlayer1Id = 101;
 
 }  // namespace
@@ -108,7 +110,7 @@ void Form1::MediaPlayer1_MouseDown(const base::MouseEvent& mouse) {
     if (move_also) MoveRemoteAlong();
     RecordGeometry();
     Form5_->Unload();
-    if (mouse.Button == base::kRightButton) OpenContextMenu(mouse);
+    if (mouse.Button == base::kRightButton) OpenContextMenu({mouse.X, mouse.Y});
 }
 
 // By as far as this window has moved since its geometry was recorded last.
@@ -121,10 +123,18 @@ void Form1::MoveRemoteAlong() {
     Form4_->plY = base::RoundHalfEven(moved.y);
 }
 
-void Form1::OpenContextMenu(const base::MouseEvent& mouse) {
+// The keys that open a context menu everywhere else open this one too.
+bool Form1::Form_KeyDown(const base::KeyEvent& key) {
+    const bool asksForMenu = key.KeyCode == base::kKeyMenu ||
+                             (key.KeyCode == base::kKeyF10 && key.Shift == base::kShiftKey);
+    if (asksForMenu) OpenContextMenu({kMenuInset, kMenuInset});
+    return asksForMenu;
+}
+
+void Form1::OpenContextMenu(base::Point inWindow) {
     menu_showing = true;
     Form5_->Load();
-    Form5_->PlaceAt({Left() + mouse.X, Top() + mouse.Y});
+    Form5_->PlaceAt({Left() + inWindow.x, Top() + inWindow.y});
     Form5_->SetTopmost(true);
     Form5_->highlighted_item = 0;
     Form5_->Show();

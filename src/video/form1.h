@@ -49,6 +49,7 @@ private:
     void Form_Unload() override;
     void Form_MouseDown(const base::MouseEvent& mouse) override;
     void Form_MouseMove(const base::MouseEvent& mouse) override;
+    bool Form_KeyDown(const base::KeyEvent& key) override;
     void CloseRequested() override;
 
     void MediaPlayer1_MouseDown(const base::MouseEvent& mouse);
@@ -59,7 +60,7 @@ private:
     void DragFrom(const base::MouseEvent& mouse);
     void RecordGeometry();
     void MoveRemoteAlong();
-    void OpenContextMenu(const base::MouseEvent& mouse);
+    void OpenContextMenu(base::Point inWindow);
 
     core::MediaEngine& MediaPlayer1_;
     core::RemoteWindow* Form4_ = nullptr;

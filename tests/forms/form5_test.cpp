@@ -230,6 +230,18 @@ TEST_F(Form5Test, OpensWithoutAHighlightEveryTime) {
     EXPECT_EQ(menu_.Label1[kPlay].BackColor(), menu_.Label1[kPause].BackColor());
 }
 
+TEST_F(Form5Test, OpensFromTheKeyboard) {
+    for (const base::KeyEvent key :
+         {base::KeyEvent{base::kKeyMenu, 0}, base::KeyEvent{base::kKeyF10, base::kShiftKey}}) {
+        test::PressKey(player_.form1, key.KeyCode, key.Shift);
+        EXPECT_TRUE(test::OnScreen(menu_));
+        EXPECT_TRUE(player_.form1.menu_showing);
+        test::PressKey(menu_, base::kKeyEscape);
+    }
+    test::PressKey(player_.form1, base::kKeyF10);
+    EXPECT_FALSE(menu_.Loaded());
+}
+
 TEST_F(Form5Test, StaysOnTheScreen) {
     const base::Rect area = forms::WorkAreaAt({0, 0});
     player_.form1.Move({area.right() - 1500, area.bottom() - 1500, 5160, 3855});

@@ -36,10 +36,6 @@ void ControlWindow::Create(const wchar_t* className, DWORD style, DWORD extended
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(state_.id)),
                             GetModuleHandleW(nullptr), this);
     ControlWindows()[hwnd_] = this;
-    // A line is part of the window's face: below every control.
-    if (state_.kind == ControlKind::Line) {
-        SetWindowPos(hwnd_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    }
     Update();
 }
 
