@@ -10,6 +10,7 @@
 #include "platform/media_engine_impl.h"
 #include "platform/media_engine_path.h"
 #include "platform/media_engine_text.h"
+#include "platform/media_foundation/player.h"
 
 namespace nqp::platform {
 
@@ -131,7 +132,7 @@ bool MediaEngineImpl::HoldStill() {
 }
 
 double MediaEngineImpl::CurrentPosition() const {
-    if (state_ != PlayState::Playing) return restingPosition_;
+    if (!graph_ || state_ != PlayState::Playing) return restingPosition_;
     return std::clamp(graph_->Position(), 0.0, duration_);
 }
 
@@ -142,8 +143,8 @@ void MediaEngineImpl::SetCurrentPosition(double seconds) {
     while (graph_->NextEvent() != GraphEvent::None) {
     }
     PlacePicture();
-    restingPosition_ = std::clamp(seconds, 0.0, duration_);
-    graph_->Seek(restingPosition_);
+    const double target = std::clamp(seconds, 0.0, duration_);
+    if (graph_->Seek(target)) restingPosition_ = target;
     if (state_ == PlayState::Playing && !graph_->Run()) StopAfterFailure();
 }
 
@@ -206,7 +207,7 @@ std::unique_ptr<core::MediaEngine> CreateMediaEngine(std::vector<GraphOpener> op
 }
 
 std::unique_ptr<core::MediaEngine> CreateMediaEngine() {
-    return CreateMediaEngine({directshow::OpenGraph});
+    return CreateMediaEngine({directshow::OpenGraph, media_foundation::OpenPlayer});
 }
 
 }  // namespace nqp::platform

@@ -71,6 +71,9 @@ public:
     virtual void MovePictureTo(base::NativeWindow window) = 0;
     virtual void PlacePicture(const PixelRect& place) = 0;
     virtual void ShowPicture(bool visible) = 0;
+    // Called while held still at that time, after the picture's window changed. A renderer that
+    // paints by itself what it holds needs nothing.
+    virtual void PaintHeldPicture(double seconds) = 0;
 
     virtual PlaybackFigures Figures() const = 0;
     virtual std::vector<FilterEntry> Filters() const = 0;

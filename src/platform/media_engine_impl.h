@@ -58,6 +58,7 @@ private:
     void OnMouseDown(const base::MouseEvent& mouse) override;
     void OnMouseUp(const base::MouseEvent& mouse) override;
     void OnPictureAreaChanged() override { PlacePicture(); }
+    void OnPictureWanted() override;
     void OnGraphEvent() override;
     void OnLeaveFullScreen() override { LeaveFullScreen(); }
     std::intptr_t OnScriptMessage(int number, std::intptr_t value) override;

@@ -10,6 +10,12 @@ void MediaEngineImpl::SetVisible(bool visible) {
     visible_ = visible;
     if (view_) view_->SetVisible(visible);
     if (graph_ && fullScreen_) graph_->ShowPicture(visible);
+    if (view_ && visible) view_->AskForPicture();
+}
+
+void MediaEngineImpl::OnPictureWanted() {
+    const bool held = graph_ && state_ != core::PlayState::Playing;
+    if (held && visible_) graph_->PaintHeldPicture(restingPosition_);
 }
 
 void MediaEngineImpl::SetWidth(base::Twips width) {
@@ -38,6 +44,7 @@ void MediaEngineImpl::PlacePicture() {
     if (!graph_ || !view_) return;
     const PixelSize area = fullScreen_ ? fullScreen_->ClientSize() : view_->ClientSize();
     graph_->PlacePicture(FitPicture(area, graph_->PictureShape()));
+    view_->AskForPicture();
 }
 
 void MediaEngineImpl::SetDisplaySize(int size) {

@@ -10,6 +10,9 @@ namespace nqp::platform {
 
 namespace {
 
+constexpr UINT_PTR kPictureTimer = 1;
+constexpr UINT kPictureDelay = 100;  // milliseconds
+
 int ButtonOf(UINT message) {
     switch (message) {
         case WM_LBUTTONDOWN:
@@ -69,12 +72,18 @@ void VideoView::Resize(PixelSize size) {
 
 void VideoView::SetVisible(bool visible) { ShowWindow(Handle(), visible ? SW_SHOWNA : SW_HIDE); }
 
+void VideoView::AskForPicture() { SetTimer(Handle(), kPictureTimer, kPictureDelay, nullptr); }
+
 LRESULT VideoView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == scriptMessage_) {
         return client_.OnScriptMessage(static_cast<int>(wParam), lParam);
     }
     switch (message) {
         case kGraphEventMessage: client_.OnGraphEvent(); return 0;
+        case WM_TIMER:
+            KillTimer(Handle(), kPictureTimer);
+            client_.OnPictureWanted();
+            return 0;
         case WM_ERASEBKGND: return 1;  // WM_PAINT covers everything: no flicker
         case WM_PAINT: PaintBlack(Handle()); return 0;
         case WM_SIZE: client_.OnPictureAreaChanged(); return 0;

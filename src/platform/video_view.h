@@ -17,6 +17,8 @@ public:
     virtual void OnMouseDown(const base::MouseEvent& mouse) = 0;
     virtual void OnMouseUp(const base::MouseEvent& mouse) = 0;
     virtual void OnPictureAreaChanged() = 0;
+    // Some time after the last call of AskForPicture.
+    virtual void OnPictureWanted() = 0;
     virtual void OnGraphEvent() = 0;
     virtual void OnLeaveFullScreen() = 0;
     virtual std::intptr_t OnScriptMessage(int number, std::intptr_t value) = 0;
@@ -40,6 +42,8 @@ public:
     void Resize(PixelSize size);
     void SetVisible(bool visible);
     void SetCursorType(int type) { cursorType_ = type; }
+    // Asks the client for a held picture, once for a whole series of changes such as a resizing.
+    void AskForPicture();
 
 private:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -14,6 +14,7 @@
 
 #include "platform/directshow/filters.h"
 #include "platform/directshow/frame_counter.h"
+#include "platform/directshow/known_filters.h"
 #include "platform/directshow/scaled_clock.h"
 #include "platform/media_engine_text.h"
 
@@ -62,6 +63,7 @@ public:
     void MovePictureTo(base::NativeWindow window) override;
     void PlacePicture(const PixelRect& place) override;
     void ShowPicture(bool visible) override;
+    void PaintHeldPicture(double seconds) override;
     PlaybackFigures Figures() const override;
     std::vector<FilterEntry> Filters() const override;
     void ShowFilterProperties(std::size_t filter, base::NativeWindow owner) override;
@@ -92,20 +94,28 @@ private:
 
 Graph::~Graph() {
     if (events_) events_->SetNotifyWindow(0, 0, 0);
-    if (control_) control_->Stop();
+    // A graph that is stopped while it runs may keep a thread for ever; a paused one does not.
+    if (control_) {
+        Pause();
+        control_->Stop();
+    }
     if (picture_) {
         // A renderer that still has an owner when it dies posts messages to it for ever.
         pictureWindow_->put_Visible(OAFALSE);
         pictureWindow_->put_Owner(0);
     }
-    if (scaledClock_) timing_->SetSyncSource(nullptr);
+    // A renderer that is the clock of its own graph may else keep itself, and the clock's thread.
+    if (timing_) timing_->SetSyncSource(nullptr);
 }
 
 bool Graph::Open(const std::wstring& path, HWND window, UINT message) {
     graph_ = ComPtr<IGraphBuilder>::Create(CLSID_FilterGraph);
     if (!graph_ || !TakeInterfaces()) return false;
+    AddKnownFilters(graph_.Get(), path);
     const HRESULT rendered = graph_->RenderFile(path.c_str(), nullptr);
     if (FAILED(rendered)) return false;
+    RemoveUnconnectedFilters(graph_.Get());
+    RememberFilters(graph_.Get(), path);
     if (!HasPicture()) picture_.Reset();
     lacksPicture_ = rendered == VFW_S_VIDEO_NOT_RENDERED ||
                     (rendered == VFW_S_PARTIAL_RENDER && !picture_);
@@ -160,14 +170,14 @@ bool Graph::Pause() {
     return accepted;
 }
 
+// A seek in a paused graph makes every renderer seek the same source in turn, under the threads that
+// deliver; stopped, nothing is under way, and the source starts once at the new place.
 bool Graph::Seek(double seconds) {
+    control_->Stop();
     LONGLONG target = ToReferenceTime(seconds);
     const HRESULT moved = seeking_->SetPositions(&target, AM_SEEKING_AbsolutePositioning, nullptr,
                                                  AM_SEEKING_NoPositioning);
-    OAFilterState reached = State_Stopped;
-    control_->GetState(kCueDeadline, &reached);
-    if (counter_) counter_->ForgetLastArrival();
-    return SUCCEEDED(moved);
+    return Pause() && SUCCEEDED(moved);
 }
 
 void Graph::SetRate(double rate) {
@@ -193,7 +203,6 @@ void Graph::RunByScaledClock(double rate) {
     }
     scaledClock_->SetRate(rate);
     Seek(position);
-    Pause();
 }
 
 void Graph::SetVolume(std::int32_t hundredthsOfDecibel) {
@@ -257,6 +266,13 @@ void Graph::PlacePicture(const PixelRect& place) {
 
 void Graph::ShowPicture(bool visible) {
     if (picture_) pictureWindow_->put_Visible(visible ? OATRUE : OAFALSE);
+}
+
+void Graph::PaintHeldPicture(double seconds) {
+    // The plain renderer, which keeps no figures, draws a frame once and forgets it.
+    const bool plain = picture_ && !quality_;
+    constexpr double kBeforeTheEnd = 0.05;  // at the very end there is no frame to draw
+    if (plain) Seek(std::max(0.0, std::min(seconds, duration_ - kBeforeTheEnd)));
 }
 
 PlaybackFigures Graph::Figures() const {

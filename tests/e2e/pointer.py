@@ -1,0 +1,46 @@
+"""A real mouse and a real keyboard on the stage's display."""
+
+from __future__ import annotations
+
+import subprocess
+
+LEFT = 1
+RIGHT = 3
+Point = tuple[int, int]
+
+
+class Pointer:
+    def __init__(self, env: dict[str, str]) -> None:
+        self._env = env
+
+    def _run(self, *words: object) -> None:
+        subprocess.run(
+            ["xdotool", *map(str, words)], env=self._env, check=True, capture_output=True, timeout=20
+        )
+
+    def move(self, point: Point) -> None:
+        self._run("mousemove", *point)
+
+    def click(self, point: Point, button: int = LEFT) -> None:
+        self.move(point)
+        self._run("click", button)
+
+    def double_click(self, point: Point) -> None:
+        self.move(point)
+        self._run("click", "--repeat", 2, "--delay", 80, LEFT)
+
+    def drag(self, start: Point, end: Point, steps: int = 8) -> None:
+        """As a hand does it: many small moves while the button is down."""
+        self.move(start)
+        self._run("mousedown", LEFT)
+        for step in range(1, steps + 1):
+            x = start[0] + (end[0] - start[0]) * step // steps
+            y = start[1] + (end[1] - start[1]) * step // steps
+            self._run("mousemove", x, y, "sleep", 0.02)
+        self._run("mouseup", LEFT)
+
+    def key(self, *keys: str) -> None:
+        self._run("key", "--delay", 40, *keys)
+
+    def type(self, text: str) -> None:
+        self._run("type", "--delay", 30, text)

@@ -1,0 +1,218 @@
+"""The context menu over the video, its commands, and the dialogs it opens."""
+
+from __future__ import annotations
+
+import pytest
+from conftest import Desk
+from player import (
+    MENU,
+    PAUSED,
+    PLAY_RATE,
+    PLAYING,
+    REMOTE,
+    SET_RATE,
+    SET_VOLUME,
+    SILENT,
+    STATISTICS,
+    Player,
+)
+from pointer import LEFT, RIGHT, Pointer
+from waiting import until
+from windowmap import control_id
+
+CAPTIONS = [
+    "Play",
+    "Pause",
+    "Open ...",
+    "Fullscreen",
+    "",
+    "Show control",
+    "Options",
+    "Standard settings",
+    "Statistics",
+    "Playrate",
+    "Mute",
+    "Exit",
+]
+SCREEN_SIZE = (1280, 1024)
+
+
+def open_in_sight(player: Player) -> None:
+    player.open()
+    player.show_picture()
+
+
+@pytest.fixture
+def playing(desk: Desk) -> Player:
+    """The clip plays in sight and no menu or dialog is open."""
+    shared = desk.shared("menu", open_in_sight)
+    for window in (MENU, PLAY_RATE, STATISTICS):
+        assert shared.is_in(window, "gone")
+    shared.media(SET_RATE, 1000)
+    shared.media(SET_VOLUME, 0)
+    shared.seek(0)
+    if shared.playback().state != PLAYING:
+        shared.play()
+    return shared
+
+
+def test_menu_opens_at_the_pointer(playing: Player) -> None:
+    x, y = playing.client().point(0.25, 0.5)
+    playing.open_menu((x, y))
+    menu = playing.rect(MENU)
+    assert abs(menu.left - x) <= 1 and abs(menu.top - y) <= 1
+    assert playing.is_topmost(MENU)
+    playing.pointer.key("Escape")
+    playing.wait(MENU, "gone")
+    assert playing.playback().visible == 1
+
+
+def test_menu_has_its_twelve_labels(playing: Player) -> None:
+    playing.open_menu()
+    rows = playing.ctl.ask("tree", f"{MENU}@{playing.process}")
+    first = control_id(MENU, "Label1(0)")
+    captions = {int(row[2]): row[4] for row in rows}
+    assert [captions[first + index] for index in range(12)] == CAPTIONS
+    playing.pointer.key("Escape")
+    playing.wait(MENU, "gone")
+
+
+def test_right_click_elsewhere_moves_the_menu(playing: Player, pointer: Pointer) -> None:
+    playing.open_menu(playing.client().point(0.6, 0.3))
+    x, y = playing.client().point(0.1, 0.2)
+    pointer.click((x, y), RIGHT)
+    until(lambda: abs(playing.rect(MENU).left - x) <= 1, 5, "the menu is at the new place")
+    pointer.key("Escape")
+    playing.wait(MENU, "gone")
+
+
+def test_click_outside_closes_the_menu(playing: Player, pointer: Pointer) -> None:
+    playing.open_menu(playing.client().point(0.5, 0.5))
+    pointer.click(playing.client().point(0.1, 0.1), LEFT)
+    playing.wait(MENU, "gone")
+    assert playing.playback().state == PLAYING
+
+
+def test_menu_stays_on_the_screen(player: Player) -> None:
+    player.folder.set_options({1: "1", 23: "13500", 24: "11250", 25: "5160", 26: "3855"})
+    player.open()
+    player.show_picture()
+    player.open_menu(player.client().point(0.9, 0.9))
+    menu = player.rect(MENU)
+    assert menu.right <= SCREEN_SIZE[0] and menu.bottom <= SCREEN_SIZE[1]
+    player.pointer.key("Escape")
+    player.wait(MENU, "gone")
+
+
+def test_pause_and_play_by_mouse(playing: Player) -> None:
+    playing.choose("Pause")
+    playing.wait_for(state=PAUSED)
+    playing.choose("Play")
+    playing.wait_for(state=PLAYING, visible=1)
+
+
+def test_pause_and_play_by_keyboard(playing: Player, pointer: Pointer) -> None:
+    playing.open_menu(playing.client().point(0.02, 0.02))
+    pointer.key("Down", "Down", "Return")
+    playing.wait(MENU, "gone")
+    playing.wait_for(state=PAUSED)
+    playing.open_menu(playing.client().point(0.02, 0.02))
+    pointer.key("Home", "Return")
+    playing.wait(MENU, "gone")
+    playing.wait_for(state=PLAYING)
+
+
+def test_show_control_brings_the_remote(playing: Player) -> None:
+    playing.choose("Show control")
+    playing.wait(REMOTE, "visible")
+    until(lambda: playing.foreground() == REMOTE, 5, "the remote is in front")
+    playing.show_picture()
+
+
+def test_mute_is_silence_and_back(playing: Player) -> None:
+    playing.media(SET_VOLUME, -1234)
+    playing.choose("Mute")
+    playing.wait_for(volume=SILENT)
+    playing.seek(3.0)
+    playing.pause()
+    playing.play()
+    playing.choose("Mute")
+    playing.wait_for(volume=-1234)
+
+
+def test_statistics_opens_and_closes(playing: Player) -> None:
+    playing.choose("Statistics")
+    playing.wait(STATISTICS, "visible")
+    assert playing.playback().visible == 1
+    playing.ctl.ask("close", f"{STATISTICS}@{playing.process}")
+    playing.wait(STATISTICS, "gone")
+    assert playing.playback().state == PLAYING
+
+
+def open_play_rate(player: Player) -> None:
+    player.choose("Playrate")
+    player.wait(PLAY_RATE, "visible")
+
+
+def close_play_rate(player: Player) -> None:
+    player.ctl.ask("close", f"{PLAY_RATE}@{player.process}")
+    player.wait(PLAY_RATE, "gone")
+
+
+def test_play_rate_dialog_is_centred_and_topmost(playing: Player) -> None:
+    open_play_rate(playing)
+    x, y = playing.rect(PLAY_RATE).centre
+    assert abs(x - SCREEN_SIZE[0] // 2) <= 2 and abs(y - SCREEN_SIZE[1] // 2) <= 2
+    assert playing.is_topmost(PLAY_RATE)
+    assert playing.text(PLAY_RATE, "Text1") == "1.00"
+    close_play_rate(playing)
+
+
+def test_rate_is_typed_and_set_back_by_the_button(playing: Player, pointer: Pointer) -> None:
+    open_play_rate(playing)
+    field = playing.rect(PLAY_RATE, control_id(PLAY_RATE, "Text1"))
+    pointer.click(field.centre)
+    pointer.key("ctrl+a")
+    pointer.type("2.5")
+    pointer.key("Return")
+    playing.wait_for(rate=2500)
+    assert playing.text(PLAY_RATE, "Text1") == "2.50"
+    normal = playing.rect(PLAY_RATE, control_id(PLAY_RATE, "Command1"))
+    pointer.click(normal.centre)
+    playing.wait_for(rate=1000)
+    until(lambda: playing.text(PLAY_RATE, "Text1") == "1.00", 5, "the field shows the rate")
+    close_play_rate(playing)
+
+
+def test_rate_is_set_by_the_slider_from_the_keyboard(playing: Player, pointer: Pointer) -> None:
+    open_play_rate(playing)
+    pointer.key("End")
+    playing.wait_for(rate=4000)
+    pointer.key("Home")
+    playing.wait_for(rate=250)
+    pointer.key("Escape")
+    playing.wait(PLAY_RATE, "gone")
+    playing.wait_for(rate=250)
+
+
+def test_play_rate_shows_the_rate_in_force(playing: Player) -> None:
+    playing.media(SET_RATE, 500)
+    open_play_rate(playing)
+    assert playing.text(PLAY_RATE, "Text1") == "0.50"
+    close_play_rate(playing)
+
+
+def test_exit_ends_the_program(player: Player) -> None:
+    player.open()
+    player.show_picture()
+    player.open_menu()
+    exit_label = player.rect(MENU, control_id(MENU, "Label1(11)"))
+    player.pointer.click(exit_label.centre)
+    assert player.ended() == 0
+
+
+def test_escape_on_the_remote_ends_the_program(player: Player, pointer: Pointer) -> None:
+    player.start_and_show()
+    until(lambda: player.foreground() == REMOTE, 5, "the remote is in front")
+    pointer.key("Escape")
+    assert player.ended() == 0
