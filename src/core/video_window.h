@@ -23,7 +23,8 @@ public:
     virtual void ShowWindow() = 0;
     virtual void HideWindow() = 0;
     virtual void UnloadWindow() = 0;
-    virtual void MoveWindow(base::Point topLeft) = 0;
+    // Goes to the remembered place and size.
+    virtual void PlaceWindow() = 0;
     virtual void MakeTopmost(bool topmost) = 0;
     virtual void BringForward() = 0;
     virtual void Form_Activate() = 0;

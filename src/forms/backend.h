@@ -68,7 +68,7 @@ public:
     // Hides the window and reports nothing more; its end follows from the message loop, so that a
     // handler may unload the window whose event it handles.
     virtual void Retire() = 0;
-    virtual void Show() = 0;  // and makes it the active window
+    virtual void Show() = 0;       // and makes it the active window
     virtual void ShowOnTop() = 0;  // topmost, without becoming active
     virtual void Hide() = 0;
     virtual void Move(const base::Rect& bounds) = 0;

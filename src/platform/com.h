@@ -77,7 +77,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
         if (object == nullptr) return E_POINTER;
-        const bool known = IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(Interface));
+        const bool known =
+            IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(Interface));
         *object = known ? static_cast<Interface*>(this) : nullptr;
         if (!known) return E_NOINTERFACE;
         AddRef();

@@ -167,10 +167,17 @@ void MediaEngineImpl::SetRate(double rate) {
 void MediaEngineImpl::OnGraphEvent() {
     while (graph_) {
         switch (graph_->NextEvent()) {
-            case GraphEvent::None: return;
-            case GraphEvent::Completed: StopAtEnd(); break;
-            case GraphEvent::Failed: StopAfterFailure(); break;
-            case GraphEvent::PictureChanged: PlacePicture(); break;
+            case GraphEvent::None:
+                return;
+            case GraphEvent::Completed:
+                StopAtEnd();
+                break;
+            case GraphEvent::Failed:
+                StopAfterFailure();
+                break;
+            case GraphEvent::PictureChanged:
+                PlacePicture();
+                break;
         }
     }
 }
@@ -198,9 +205,15 @@ void MediaEngineImpl::ChangeState(PlayState state) {
     Raise(PlayStateChange, old, state);
 }
 
-void MediaEngineImpl::OnMouseMove(const base::MouseEvent& mouse) { Raise(MouseMove, mouse); }
-void MediaEngineImpl::OnMouseDown(const base::MouseEvent& mouse) { Raise(MouseDown, mouse); }
-void MediaEngineImpl::OnMouseUp(const base::MouseEvent& mouse) { Raise(MouseUp, mouse); }
+void MediaEngineImpl::OnMouseMove(const base::MouseEvent& mouse) {
+    Raise(MouseMove, mouse);
+}
+void MediaEngineImpl::OnMouseDown(const base::MouseEvent& mouse) {
+    Raise(MouseDown, mouse);
+}
+void MediaEngineImpl::OnMouseUp(const base::MouseEvent& mouse) {
+    Raise(MouseUp, mouse);
+}
 
 std::unique_ptr<core::MediaEngine> CreateMediaEngine(std::vector<GraphOpener> openers) {
     return std::make_unique<MediaEngineImpl>(std::move(openers));

@@ -85,7 +85,9 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 OnCommand(LOWORD(wParam), HIWORD(wParam));
             }
             return 0;
-        case WM_TIMER: OnTimer(); return 0;
+        case WM_TIMER:
+            OnTimer();
+            return 0;
         case WM_DPICHANGED: {
             const auto* place = reinterpret_cast<const RECT*>(lParam);
             SetWindowPos(Handle(), nullptr, place->left, place->top, place->right - place->left,
@@ -97,7 +99,8 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             RemovePropW(Handle(), kDialogMark);
             keyboard_.reset();
             return 0;
-        default: return MessageWindow::OnMessage(message, wParam, lParam);
+        default:
+            return MessageWindow::OnMessage(message, wParam, lParam);
     }
 }
 

@@ -34,9 +34,9 @@ FilterDialog::FilterDialog(HWND owner, ClipInformation& clip) : clip_(clip) {
     list_ = AddControl(L"LISTBOX", L"",
                        WS_BORDER | WS_VSCROLL | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
                        kListId, {kMargin, kListTop, kInner, kListHeight});
-    properties_ = AddControl(
-        L"BUTTON", L"&Properties", WS_TABSTOP | BS_DEFPUSHBUTTON, kPropertiesId,
-        {kCloseLeft - kMargin - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight});
+    properties_ =
+        AddControl(L"BUTTON", L"&Properties", WS_TABSTOP | BS_DEFPUSHBUTTON, kPropertiesId,
+                   {kCloseLeft - kMargin - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight});
     AddControl(L"BUTTON", L"Close", WS_TABSTOP | BS_PUSHBUTTON, IDCANCEL,
                {kCloseLeft, kButtonTop, kButtonWidth, kButtonHeight});
     Refresh();

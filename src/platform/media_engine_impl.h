@@ -91,8 +91,8 @@ private:
 
     std::string fileName_;
     core::PlayState state_ = core::PlayState::Stopped;
-    double duration_ = 0;                             // seconds, fixed when the clip is opened
-    double restingPosition_ = core::kNothingLoaded;   // seconds, while not playing
+    double duration_ = 0;                            // seconds, fixed when the clip is opened
+    double restingPosition_ = core::kNothingLoaded;  // seconds, while not playing
     unsigned openCalls_ = 0;
     unsigned stateChanges_ = 0;
     std::int32_t volume_ = core::kLoudest;

@@ -23,9 +23,8 @@ std::wstring FullPath(const std::wstring& path) {
 }
 
 std::wstring ShortPath(const std::wstring& path) {
-    return Read([&](wchar_t* buffer, DWORD size) {
-        return GetShortPathNameW(path.c_str(), buffer, size);
-    });
+    return Read(
+        [&](wchar_t* buffer, DWORD size) { return GetShortPathNameW(path.c_str(), buffer, size); });
 }
 
 // The form that is taken as it is, without a limit of its length.

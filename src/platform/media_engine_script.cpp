@@ -30,17 +30,26 @@ std::intptr_t MediaEngineImpl::OnScriptMessage(int number, std::intptr_t value) 
 
 std::intptr_t MediaEngineImpl::ReadProperty(int number) const {
     switch (number) {
-        case script::kPlayState: return static_cast<std::intptr_t>(state_);
+        case script::kPlayState:
+            return static_cast<std::intptr_t>(state_);
         case script::kCurrentPosition:
             return graph_ ? ToThousandths(CurrentPosition()) : std::intptr_t{-1};
-        case script::kDuration: return ToThousandths(duration_);
-        case script::kVolume: return volume_;
-        case script::kRate: return ToThousandths(rate_);
-        case script::kReadiness: return Readiness();
-        case script::kVisible: return visible_ ? 1 : 0;
-        case script::kDisplaySize: return DisplaySize();
-        case script::kFramesDrawn: return Figures().framesDrawn.value_or(-1);
-        default: return 0;
+        case script::kDuration:
+            return ToThousandths(duration_);
+        case script::kVolume:
+            return volume_;
+        case script::kRate:
+            return ToThousandths(rate_);
+        case script::kReadiness:
+            return Readiness();
+        case script::kVisible:
+            return visible_ ? 1 : 0;
+        case script::kDisplaySize:
+            return DisplaySize();
+        case script::kFramesDrawn:
+            return Figures().framesDrawn.value_or(-1);
+        default:
+            return 0;
     }
 }
 
@@ -49,13 +58,26 @@ bool MediaEngineImpl::ObeyScript(int number, std::intptr_t value) {
         case script::kSetCurrentPosition:
             SetCurrentPosition(static_cast<double>(value) / kThousandths);
             return true;
-        case script::kSetVolume: SetVolume(ToInt(value)); return true;
-        case script::kSetRate: SetRate(static_cast<double>(value) / kThousandths); return true;
-        case script::kSetDisplaySize: SetDisplaySize(ToInt(value)); return true;
-        case script::kPlay: Play(); return true;
-        case script::kPause: Pause(); return true;
-        case script::kShowDialog: ShowDialog(ToInt(value)); return true;
-        default: return false;
+        case script::kSetVolume:
+            SetVolume(ToInt(value));
+            return true;
+        case script::kSetRate:
+            SetRate(static_cast<double>(value) / kThousandths);
+            return true;
+        case script::kSetDisplaySize:
+            SetDisplaySize(ToInt(value));
+            return true;
+        case script::kPlay:
+            Play();
+            return true;
+        case script::kPause:
+            Pause();
+            return true;
+        case script::kShowDialog:
+            ShowDialog(ToInt(value));
+            return true;
+        default:
+            return false;
     }
 }
 

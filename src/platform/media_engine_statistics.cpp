@@ -37,7 +37,9 @@ std::string Available(const std::optional<int>& value) {
     return value ? std::to_string(*value) : "not available";
 }
 
-std::string Available(const std::string& text) { return text.empty() ? "not available" : text; }
+std::string Available(const std::string& text) {
+    return text.empty() ? "not available" : text;
+}
 
 std::string TimeText(double seconds) {
     constexpr int kHundredthsPerSecond = 100;
@@ -61,15 +63,19 @@ std::string SizeText(PixelSize size) {
 
 std::string Lines(const std::vector<std::string>& texts) {
     std::string lines;
-    for (const std::string& text : texts) lines += (lines.empty() ? "" : "\r\n") + text;
+    for (const std::string& text : texts)
+        lines += (lines.empty() ? "" : "\r\n") + text;
     return lines;
 }
 
 std::string StateText(core::PlayState state) {
     switch (state) {
-        case core::PlayState::Playing: return "playing";
-        case core::PlayState::Paused: return "paused";
-        default: return "stopped";
+        case core::PlayState::Playing:
+            return "playing";
+        case core::PlayState::Paused:
+            return "paused";
+        default:
+            return "stopped";
     }
 }
 
@@ -92,9 +98,9 @@ StatisticsDialog::StatisticsDialog(HWND owner, const ClipInformation& clip) : cl
                                      {kMargin + kLabelWidth, top, kValueWidth, rowHeight}));
         top += rowHeight;
     }
-    const HWND close = AddControl(
-        L"BUTTON", L"Close", WS_TABSTOP | BS_DEFPUSHBUTTON, IDCANCEL,
-        {width - kMargin - kButtonWidth, top + kMargin, kButtonWidth, kButtonHeight});
+    const HWND close =
+        AddControl(L"BUTTON", L"Close", WS_TABSTOP | BS_DEFPUSHBUTTON, IDCANCEL,
+                   {width - kMargin - kButtonWidth, top + kMargin, kButtonWidth, kButtonHeight});
     Refresh();
     SetTimer(Handle(), kRefreshTimer, kRefreshInterval, nullptr);
     BringToFront();
@@ -103,7 +109,8 @@ StatisticsDialog::StatisticsDialog(HWND owner, const ClipInformation& clip) : cl
 
 void StatisticsDialog::Refresh() {
     const auto rows = Rows();
-    for (std::size_t i = 0; i < values_.size(); ++i) UpdateText(values_[i], ToWide(rows[i].value));
+    for (std::size_t i = 0; i < values_.size(); ++i)
+        UpdateText(values_[i], ToWide(rows[i].value));
 }
 
 std::vector<StatisticsDialog::Row> StatisticsDialog::Rows() {

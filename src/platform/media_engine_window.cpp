@@ -11,7 +11,9 @@ PixelSize MessageWindow::ClientSize() const {
     return {static_cast<int>(client.right), static_cast<int>(client.bottom)};
 }
 
-int MessageWindow::Dpi() const { return static_cast<int>(GetDpiForWindow(handle_)); }
+int MessageWindow::Dpi() const {
+    return static_cast<int>(GetDpiForWindow(handle_));
+}
 
 bool MessageWindow::Create(const Description& description) {
     const HINSTANCE module = GetModuleHandleW(nullptr);
@@ -28,10 +30,10 @@ bool MessageWindow::Create(const Description& description) {
     const bool child = (description.style & WS_CHILD) != 0;
     const auto menuOrId = child ? reinterpret_cast<HMENU>(INT_PTR{description.controlId}) : nullptr;
     const PixelRect& place = description.place;
-    const HWND made = CreateWindowExW(description.extendedStyle, description.className,
-                                      description.title, description.style, place.left, place.top,
-                                      place.width, place.height, description.parentOrOwner,
-                                      menuOrId, module, this);
+    const HWND made =
+        CreateWindowExW(description.extendedStyle, description.className, description.title,
+                        description.style, place.left, place.top, place.width, place.height,
+                        description.parentOrOwner, menuOrId, module, this);
     return made != nullptr;
 }
 
@@ -67,7 +69,9 @@ LRESULT CALLBACK MessageWindow::Procedure(HWND window, UINT message, WPARAM wPar
     return 0;
 }
 
-HCURSOR SystemCursor(LPCTSTR name) { return LoadCursor(nullptr, name); }
+HCURSOR SystemCursor(LPCTSTR name) {
+    return LoadCursor(nullptr, name);
+}
 
 void PaintBlack(HWND window) {
     PAINTSTRUCT paint{};

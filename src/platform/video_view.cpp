@@ -17,14 +17,18 @@ int ButtonOf(UINT message) {
     switch (message) {
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
-        case WM_LBUTTONUP: return base::kLeftButton;
+        case WM_LBUTTONUP:
+            return base::kLeftButton;
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK:
-        case WM_RBUTTONUP: return base::kRightButton;
+        case WM_RBUTTONUP:
+            return base::kRightButton;
         case WM_MBUTTONDOWN:
         case WM_MBUTTONDBLCLK:
-        case WM_MBUTTONUP: return base::kMiddleButton;
-        default: return 0;
+        case WM_MBUTTONUP:
+            return base::kMiddleButton;
+        default:
+            return 0;
     }
 }
 
@@ -70,23 +74,34 @@ void VideoView::Resize(PixelSize size) {
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void VideoView::SetVisible(bool visible) { ShowWindow(Handle(), visible ? SW_SHOWNA : SW_HIDE); }
+void VideoView::SetVisible(bool visible) {
+    ShowWindow(Handle(), visible ? SW_SHOWNA : SW_HIDE);
+}
 
-void VideoView::AskForPicture() { SetTimer(Handle(), kPictureTimer, kPictureDelay, nullptr); }
+void VideoView::AskForPicture() {
+    SetTimer(Handle(), kPictureTimer, kPictureDelay, nullptr);
+}
 
 LRESULT VideoView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == scriptMessage_) {
         return client_.OnScriptMessage(static_cast<int>(wParam), lParam);
     }
     switch (message) {
-        case kGraphEventMessage: client_.OnGraphEvent(); return 0;
+        case kGraphEventMessage:
+            client_.OnGraphEvent();
+            return 0;
         case WM_TIMER:
             KillTimer(Handle(), kPictureTimer);
             client_.OnPictureWanted();
             return 0;
-        case WM_ERASEBKGND: return 1;  // WM_PAINT covers everything: no flicker
-        case WM_PAINT: PaintBlack(Handle()); return 0;
-        case WM_SIZE: client_.OnPictureAreaChanged(); return 0;
+        case WM_ERASEBKGND:
+            return 1;  // WM_PAINT covers everything: no flicker
+        case WM_PAINT:
+            PaintBlack(Handle());
+            return 0;
+        case WM_SIZE:
+            client_.OnPictureAreaChanged();
+            return 0;
         case WM_SETCURSOR:
             if (ShowCursor(lParam)) return TRUE;
             break;
@@ -101,11 +116,17 @@ LRESULT VideoView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT VideoView::OnMouseMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     const base::MouseEvent mouse = ToMouseEvent(Handle(), Handle(), message, wParam, lParam);
     switch (message) {
-        case WM_MOUSEMOVE: client_.OnMouseMove(mouse); break;
+        case WM_MOUSEMOVE:
+            client_.OnMouseMove(mouse);
+            break;
         case WM_LBUTTONUP:
         case WM_RBUTTONUP:
-        case WM_MBUTTONUP: client_.OnMouseUp(mouse); break;
-        default: client_.OnMouseDown(mouse); break;  // a double click is one more press
+        case WM_MBUTTONUP:
+            client_.OnMouseUp(mouse);
+            break;
+        default:
+            client_.OnMouseDown(mouse);
+            break;  // a double click is one more press
     }
     return 0;
 }

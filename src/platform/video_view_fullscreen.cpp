@@ -20,15 +20,15 @@ FullScreenWindow::FullScreenWindow(HWND view, VideoViewClient& client)
     : view_(view), client_(client) {
     const HWND owner = GetAncestor(view, GA_ROOT);
     const RECT monitor = MonitorOf(owner);
-    const bool made = Create({.className = L"nqp.FullScreen",
-                              .classStyle = CS_DBLCLKS,
-                              .style = WS_POPUP | WS_CLIPCHILDREN,
-                              .extendedStyle = WS_EX_TOPMOST,
-                              .place = {static_cast<int>(monitor.left),
-                                        static_cast<int>(monitor.top),
-                                        static_cast<int>(monitor.right - monitor.left),
-                                        static_cast<int>(monitor.bottom - monitor.top)},
-                              .parentOrOwner = owner});
+    const bool made =
+        Create({.className = L"nqp.FullScreen",
+                .classStyle = CS_DBLCLKS,
+                .style = WS_POPUP | WS_CLIPCHILDREN,
+                .extendedStyle = WS_EX_TOPMOST,
+                .place = {static_cast<int>(monitor.left), static_cast<int>(monitor.top),
+                          static_cast<int>(monitor.right - monitor.left),
+                          static_cast<int>(monitor.bottom - monitor.top)},
+                .parentOrOwner = owner});
     if (!made) return;
     GetCursorPos(&pointer_);
     ShowWindow(Handle(), SW_SHOW);
@@ -44,10 +44,17 @@ FullScreenWindow::~FullScreenWindow() {
 
 LRESULT FullScreenWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_ERASEBKGND: return 1;
-        case WM_PAINT: PaintBlack(Handle()); return 0;
-        case WM_SIZE: client_.OnPictureAreaChanged(); return 0;
-        case WM_DISPLAYCHANGE: CoverMonitor(); return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            PaintBlack(Handle());
+            return 0;
+        case WM_SIZE:
+            client_.OnPictureAreaChanged();
+            return 0;
+        case WM_DISPLAYCHANGE:
+            CoverMonitor();
+            return 0;
         case WM_ACTIVATEAPP:
             // Another program that is brought forward must not stay hidden behind the picture.
             if (wParam == FALSE) {
@@ -55,11 +62,15 @@ LRESULT FullScreenWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
                              SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
             }
             return 0;
-        case WM_TIMER: HidePointer(); return 0;
+        case WM_TIMER:
+            HidePointer();
+            return 0;
         case WM_SETCURSOR:
             SetCursor(pointerHidden_ ? nullptr : SystemCursor(IDC_ARROW));
             return TRUE;
-        case WM_MOUSEMOVE: OnPointerMoved(); return 0;
+        case WM_MOUSEMOVE:
+            OnPointerMoved();
+            return 0;
         case WM_RBUTTONDOWN:
             client_.OnMouseDown(ToMouseEvent(Handle(), view_, message, wParam, lParam));
             return 0;
@@ -67,10 +78,14 @@ LRESULT FullScreenWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
             client_.OnMouseUp(ToMouseEvent(Handle(), view_, message, wParam, lParam));
             return 0;
         case WM_CLOSE:
-        case WM_LBUTTONDBLCLK: client_.OnLeaveFullScreen(); return 0;
+        case WM_LBUTTONDBLCLK:
+            client_.OnLeaveFullScreen();
+            return 0;
         case WM_KEYDOWN:
-        case WM_KEYUP: return OnKeyMessage(message, wParam, lParam);
-        default: return MessageWindow::OnMessage(message, wParam, lParam);
+        case WM_KEYUP:
+            return OnKeyMessage(message, wParam, lParam);
+        default:
+            return MessageWindow::OnMessage(message, wParam, lParam);
     }
 }
 
@@ -108,6 +123,8 @@ void FullScreenWindow::HidePointer() {
     if (WindowFromPoint(now) == Handle()) SetCursor(nullptr);
 }
 
-void FullScreenWindow::ShowPointer() const { SetCursor(SystemCursor(IDC_ARROW)); }
+void FullScreenWindow::ShowPointer() const {
+    SetCursor(SystemCursor(IDC_ARROW));
+}
 
 }  // namespace nqp::platform

@@ -116,25 +116,28 @@ void Form4::PlaceVolumeKnob(const core::SettingsFile& file) {
     CurrentVolume = engine.Volume();
 }
 
-// A place that no monitor shows any more is not gone to.
 void Form4::PlaceWindows(const core::WindowGeometry& geometry) {
     const base::Rect remote{geometry.remoteLeft.value_or(Left()),
                             geometry.remoteTop.value_or(Top()), Width(), Height()};
     if (InReach(remote)) Move(remote);
-    Form1_.mW = std::max(0, geometry.videoWidth.value_or(Form1_.mW));
-    Form1_.mH = std::max(0, geometry.videoHeight.value_or(Form1_.mH));
-    const std::int32_t left = geometry.videoLeft.value_or(Form1_.mX);
-    const std::int32_t top = geometry.videoTop.value_or(Form1_.mY);
-    const base::Rect video{static_cast<base::Twips>(left), static_cast<base::Twips>(top),
-                           static_cast<base::Twips>(Form1_.mW),
-                           static_cast<base::Twips>(Form1_.mH)};
-    if (!InReach(video)) {
-        Form1_.mW = 0;
-        return;
-    }
-    Form1_.mX = left;
-    Form1_.mY = top;
-    Form1_.MoveWindow({video.left, video.top});
+    PlaceVideoWindow(geometry);
+}
+
+// Left alone when the file holds no whole place, or one that no monitor shows any more.
+void Form4::PlaceVideoWindow(const core::WindowGeometry& geometry) {
+    const bool whole = geometry.videoLeft && geometry.videoTop &&
+                       geometry.videoWidth.value_or(0) > 0 && geometry.videoHeight.value_or(0) > 0;
+    if (!whole) return;
+    const base::Rect video{static_cast<base::Twips>(*geometry.videoLeft),
+                           static_cast<base::Twips>(*geometry.videoTop),
+                           static_cast<base::Twips>(*geometry.videoWidth),
+                           static_cast<base::Twips>(*geometry.videoHeight)};
+    if (!InReach(video)) return;
+    Form1_.mX = *geometry.videoLeft;
+    Form1_.mY = *geometry.videoTop;
+    Form1_.mW = *geometry.videoWidth;
+    Form1_.mH = *geometry.videoHeight;
+    Form1_.PlaceWindow();
 }
 
 // After the options changed: unlike the load it also takes the windows down from the top.

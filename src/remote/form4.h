@@ -74,6 +74,7 @@ private:
     void ApplySettingsFile();
     void PlaceVolumeKnob(const core::SettingsFile& file);
     void PlaceWindows(const core::WindowGeometry& geometry);
+    void PlaceVideoWindow(const core::WindowGeometry& geometry);
     void ReapplySettingsFile();
     void SaveSettingsFile();
     void OpenFromCommandLine();

@@ -58,12 +58,12 @@ void Form1::Form_Activate() {
         mW = base::RoundHalfEven(kFirstGeometry.width);
         mH = base::RoundHalfEven(kFirstGeometry.height);
     }
-    Move({static_cast<base::Twips>(mX), static_cast<base::Twips>(mY), static_cast<base::Twips>(mW),
-          static_cast<base::Twips>(mH)});
+    PlaceWindow();
 }
 
-void Form1::MoveWindow(base::Point topLeft) {
-    Move({topLeft.x, topLeft.y, Width(), Height()});
+void Form1::PlaceWindow() {
+    Move({static_cast<base::Twips>(mX), static_cast<base::Twips>(mY), static_cast<base::Twips>(mW),
+          static_cast<base::Twips>(mH)});
 }
 
 void Form1::Form_Resize() {

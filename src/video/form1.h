@@ -28,7 +28,7 @@ public:
     void ShowWindow() override { Show(); }
     void HideWindow() override { Hide(); }
     void UnloadWindow() override { Unload(); }
-    void MoveWindow(base::Point topLeft) override;
+    void PlaceWindow() override;
     void MakeTopmost(bool topmost) override { SetTopmost(topmost); }
     void BringForward() override { BringToFront(); }
     void Form_Activate() override;

@@ -22,8 +22,9 @@ class Pointer:
         self._run("mousemove", *point)
 
     def click(self, point: Point, button: int = LEFT) -> None:
+        """As a finger does it: a press of no length at all ends before a window manager has seen it."""
         self.move(point)
-        self._run("click", button)
+        self._run("mousedown", button, "sleep", 0.06, "mouseup", button)
 
     def double_click(self, point: Point) -> None:
         self.move(point)

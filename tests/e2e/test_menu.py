@@ -123,9 +123,10 @@ def test_pause_and_play_by_keyboard(playing: Player, pointer: Pointer) -> None:
 
 
 def test_show_control_brings_the_remote(playing: Player) -> None:
+    playing.ctl.ask("hide", f"{REMOTE}@{playing.process}")
+    playing.wait(REMOTE, "hidden")
     playing.choose("Show control")
     playing.wait(REMOTE, "visible")
-    until(lambda: playing.foreground() == REMOTE, 5, "the remote is in front")
     playing.show_picture()
 
 

@@ -14,10 +14,6 @@ GEOMETRY = {1: "1", 23: "1500", 24: "2250", 25: "6000", 26: "4500", 28: "3000", 
 def test_geometry_is_remembered(player: Player, pointer: Pointer) -> None:
     player.folder.set_options(GEOMETRY)
     player.start_and_show()
-    video = player.rect(VIDEO)
-    assert (video.left, video.top) == (100, 150)
-    until(lambda: player.foreground() == REMOTE, 5, "the remote is in front")
-    pointer.click(video.centre)  # the size is taken when the window comes to the front
     player.wait_for_rect(Rect(100, 150, 400, 300), tolerance=0)
     remote = player.rect(REMOTE)
     assert (remote.left, remote.top) == (200, 600)

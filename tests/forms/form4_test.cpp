@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
+#include <vector>
 
 #include "base/file.h"
 #include "player.h"
@@ -205,14 +207,38 @@ TEST(Geometry, IsRestoredWhenItIsRemembered) {
     player.PutSetting(core::kVideoHeight, "3000");
     player.PutSetting(core::kRemoteLeft, "2100");
     player.PutSetting(core::kRemoteTop, "6000");
-    player.Load();
-    EXPECT_EQ(player.form1.Left(), 1500);
-    player.Show();
-    player.form1.Form_Activate();
+    player.Start();
     EXPECT_EQ(player.form1.Bounds(), (base::Rect{1500, 1800, 4500, 3000}));
     EXPECT_EQ(player.form4.RemotePosition(), (base::Point{2100, 6000}));
     EXPECT_EQ(player.form4.plX, 2100);
     EXPECT_EQ(player.form4.plY, 6000);
+}
+
+TEST(Geometry, OfAHiddenStartIsThereWhenTheWindowsComeUp) {
+    Player player("/START");
+    player.PutSetting(core::kRememberWindow, "1");
+    player.PutSetting(core::kVideoLeft, "1500");
+    player.PutSetting(core::kVideoTop, "1800");
+    player.PutSetting(core::kVideoWidth, "4500");
+    player.PutSetting(core::kVideoHeight, "3000");
+    player.Start();
+    test::ReportFromTrayIcon(player.form4, 514);
+    EXPECT_EQ(player.form1.Bounds(), (base::Rect{1500, 1800, 4500, 3000}));
+}
+
+TEST(Geometry, IsWrittenBackAsItWasRead) {
+    Player player;
+    const std::vector<std::pair<int, std::string>> records = {
+        {core::kRememberWindow, "1"}, {core::kVideoLeft, "1500"},   {core::kVideoTop, "1800"},
+        {core::kVideoWidth, "4500"},  {core::kVideoHeight, "3000"}, {core::kRemoteLeft, "2100"},
+        {core::kRemoteTop, "6000"}};
+    for (const auto& [record, text] : records)
+        player.PutSetting(record, text);
+    player.Start();
+    test::GoTo(player.form1);
+    player.form4.Picture1_Click();
+    for (const auto& [record, text] : records)
+        EXPECT_EQ(player.Setting(record), text) << record;
 }
 
 TEST(Geometry, IsIgnoredWhenItIsNotRemembered) {

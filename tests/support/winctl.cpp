@@ -363,6 +363,12 @@ Rows Close(const Words& words) {
     return {};
 }
 
+// As a person hides a window through another tool; its program does not know.
+Rows Hide(const Words& words) {
+    ShowWindowAsync(Window(words.at(1)), SW_HIDE);
+    return {};
+}
+
 Rows Style(const Words& words) {
     HWND window = Control(words, 1);
     return {Row()
@@ -473,6 +479,7 @@ const std::map<std::wstring, Verb>& Verbs() {
         {L"start", Start},       {L"ended", Ended},
         {L"playback", Playback}, {L"kill", Kill},
         {L"dpi", Dpi},           {L"foreground", Foreground},
+        {L"hide", Hide},
     };
     return verbs;
 }

@@ -290,6 +290,10 @@ void Window::SetToolTip(HWND control, const std::string& text) {
 void Window::Retire() {
     NoteProgramActed();
     events_ = nullptr;
+    // The owner becomes active before this window goes, so that nobody has to look for a successor
+    // and finds one after the program has already put another window in front.
+    const HWND owner = GetWindow(hwnd_, GW_OWNER);
+    if (GetActiveWindow() == hwnd_ && IsWindowVisible(owner) != 0) SetActiveWindow(owner);
     ShowWindow(hwnd_, SW_HIDE);
 }
 

@@ -23,10 +23,10 @@ struct NamedSubtype {
 };
 
 const NamedSubtype kNamedSubtypes[] = {
-    {MEDIASUBTYPE_RGB24, "RGB 24 bit"},       {MEDIASUBTYPE_RGB32, "RGB 32 bit"},
-    {MEDIASUBTYPE_ARGB32, "ARGB 32 bit"},     {MEDIASUBTYPE_RGB565, "RGB 16 bit (565)"},
+    {MEDIASUBTYPE_RGB24, "RGB 24 bit"},        {MEDIASUBTYPE_RGB32, "RGB 32 bit"},
+    {MEDIASUBTYPE_ARGB32, "ARGB 32 bit"},      {MEDIASUBTYPE_RGB565, "RGB 16 bit (565)"},
     {MEDIASUBTYPE_RGB555, "RGB 16 bit (555)"}, {MEDIASUBTYPE_RGB8, "RGB 8 bit"},
-    {MEDIASUBTYPE_MPEG1Payload, "MPEG-1"},    {MEDIASUBTYPE_MPEG1Packet, "MPEG-1"},
+    {MEDIASUBTYPE_MPEG1Payload, "MPEG-1"},     {MEDIASUBTYPE_MPEG1Packet, "MPEG-1"},
     {MEDIASUBTYPE_MPEG2_VIDEO, "MPEG-2"},
 };
 
@@ -53,13 +53,20 @@ std::string WaveFormatName(WORD tag) {
     constexpr WORD kWaveAac = 0x00FF;
     constexpr WORD kWaveExtensible = 0xFFFE;
     switch (tag) {
-        case WAVE_FORMAT_PCM: return "PCM";
-        case 0x0003: return "PCM (floating point)";
-        case 0x0050: return "MPEG audio";
-        case kWaveMp3: return "MP3";
-        case kWaveAac: return "AAC";
-        case kWaveExtensible: return "extensible";
-        default: return "format " + std::to_string(tag);
+        case WAVE_FORMAT_PCM:
+            return "PCM";
+        case 0x0003:
+            return "PCM (floating point)";
+        case 0x0050:
+            return "MPEG audio";
+        case kWaveMp3:
+            return "MP3";
+        case kWaveAac:
+            return "AAC";
+        case kWaveExtensible:
+            return "extensible";
+        default:
+            return "format " + std::to_string(tag);
     }
 }
 
@@ -160,7 +167,8 @@ bool HasPropertyPages(IBaseFilter* filter) {
 StreamFormats FormatsOf(IFilterGraph* graph) {
     StreamFormats formats;
     for (const auto& filter : FiltersOf(graph)) {
-        for (const auto& input : PinsOf(filter.Get(), PINDIR_INPUT)) ReadStream(input.Get(), formats);
+        for (const auto& input : PinsOf(filter.Get(), PINDIR_INPUT))
+            ReadStream(input.Get(), formats);
     }
     return formats;
 }

@@ -93,6 +93,8 @@ HRESULT FrameCounter::SampleCB(double, IMediaSample*) {
     return S_OK;
 }
 
-HRESULT FrameCounter::BufferCB(double, BYTE*, LONG) { return S_OK; }
+HRESULT FrameCounter::BufferCB(double, BYTE*, LONG) {
+    return S_OK;
+}
 
 }  // namespace nqp::platform::directshow

@@ -37,8 +37,8 @@ private:
     int frames_ = 0;
     std::optional<LONGLONG> lastArrival_;  // ticks of the performance counter
     int gaps_ = 0;
-    double gapSum_ = 0;         // seconds
-    double gapSquareSum_ = 0;   // seconds squared
+    double gapSum_ = 0;        // seconds
+    double gapSquareSum_ = 0;  // seconds squared
 };
 
 }  // namespace nqp::platform::directshow

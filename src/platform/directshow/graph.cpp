@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 #include <dshow.h>
 #include <ocidl.h>
@@ -24,7 +23,6 @@ namespace {
 
 constexpr double kReferenceTimePerSecond = 1e7;
 constexpr long kCueDeadline = 5000;  // milliseconds
-constexpr double kSameRate = 1e-3;   // rates that differ by less are the same
 constexpr double kHundredths = 100.0;
 
 REFERENCE_TIME ToReferenceTime(double seconds) {
@@ -73,8 +71,7 @@ private:
     bool HasPicture() const;
     PixelSize PictureSize() const;
     void CountFrames();
-    bool PlatformTakesRate(double rate);
-    void RunByScaledClock(double rate);
+    void PrepareRates();
     void AddRendererFigures(PlaybackFigures& figures) const;
 
     ComPtr<IGraphBuilder> graph_;
@@ -82,13 +79,13 @@ private:
     ComPtr<IMediaSeeking> seeking_;
     ComPtr<IMediaEventEx> events_;
     ComPtr<IMediaFilter> timing_;
-    ComPtr<IBasicAudio> sound_;       // empty when the platform offers none
-    ComPtr<IBasicVideo> picture_;     // empty without a picture
+    ComPtr<IBasicAudio> sound_;    // empty when the platform offers none
+    ComPtr<IBasicVideo> picture_;  // empty without a picture
     ComPtr<IVideoWindow> pictureWindow_;
-    ComPtr<IQualProp> quality_;       // empty when the renderer keeps no figures
-    ComPtr<FrameCounter> counter_;    // in its place
-    ComPtr<ScaledClock> scaledClock_; // empty while the platform keeps the rate itself
-    double duration_ = 0;             // seconds
+    ComPtr<IQualProp> quality_;        // empty when the renderer keeps no figures
+    ComPtr<FrameCounter> counter_;     // in its place
+    ComPtr<ScaledClock> scaledClock_;  // empty while the platform keeps the rate itself
+    double duration_ = 0;              // seconds
     bool lacksPicture_ = false;
 };
 
@@ -117,13 +114,14 @@ bool Graph::Open(const std::wstring& path, HWND window, UINT message) {
     RemoveUnconnectedFilters(graph_.Get());
     RememberFilters(graph_.Get(), path);
     if (!HasPicture()) picture_.Reset();
-    lacksPicture_ = rendered == VFW_S_VIDEO_NOT_RENDERED ||
-                    (rendered == VFW_S_PARTIAL_RENDER && !picture_);
+    lacksPicture_ =
+        rendered == VFW_S_VIDEO_NOT_RENDERED || (rendered == VFW_S_PARTIAL_RENDER && !picture_);
     if (picture_) {
         pictureWindow_->put_AutoShow(OAFALSE);
         MovePictureTo(window);
         CountFrames();
     }
+    PrepareRates();
     if (!Pause()) return false;
     REFERENCE_TIME duration = 0;
     if (SUCCEEDED(seeking_->GetDuration(&duration))) duration_ = ToSeconds(duration);
@@ -160,7 +158,9 @@ void Graph::CountFrames() {
     }
 }
 
-bool Graph::Run() { return SUCCEEDED(control_->Run()); }
+bool Graph::Run() {
+    return SUCCEEDED(control_->Run());
+}
 
 bool Graph::Pause() {
     const bool accepted = SUCCEEDED(control_->Pause());
@@ -170,8 +170,8 @@ bool Graph::Pause() {
     return accepted;
 }
 
-// A seek in a paused graph makes every renderer seek the same source in turn, under the threads that
-// deliver; stopped, nothing is under way, and the source starts once at the new place.
+// A seek in a paused graph makes every renderer seek the same source in turn, under the threads
+// that deliver; stopped, nothing is under way, and the source starts once at the new place.
 bool Graph::Seek(double seconds) {
     control_->Stop();
     LONGLONG target = ToReferenceTime(seconds);
@@ -181,28 +181,29 @@ bool Graph::Seek(double seconds) {
 }
 
 void Graph::SetRate(double rate) {
-    const bool taken = !scaledClock_ && PlatformTakesRate(rate);
-    if (!taken) RunByScaledClock(rate);
-}
-
-bool Graph::PlatformTakesRate(double rate) {
-    double inForce = 0;
-    return SUCCEEDED(seeking_->SetRate(rate)) && SUCCEEDED(seeking_->GetRate(&inForce)) &&
-           std::abs(inForce - rate) < kSameRate;
-}
-
-void Graph::RunByScaledClock(double rate) {
+    if (!scaledClock_) {
+        seeking_->SetRate(rate);
+        return;
+    }
     const double position = Position();
     control_->Stop();
-    if (!scaledClock_) {
-        auto systemClock = ComPtr<IReferenceClock>::Create(CLSID_SystemClock);
-        if (!systemClock) return;
-        seeking_->SetRate(1.0);
-        scaledClock_ = MakeCom<ScaledClock>(std::move(systemClock));
-        timing_->SetSyncSource(scaledClock_.Get());
-    }
     scaledClock_->SetRate(rate);
     Seek(position);
+}
+
+// A platform, or a sound format, that does not take another rate is found out beforehand: such a
+// graph gets a clock that can go at any rate.
+void Graph::PrepareRates() {
+    constexpr double kTrialRate = 2.0;
+    double inForce = 0;
+    const bool taken = SUCCEEDED(seeking_->SetRate(kTrialRate)) &&
+                       SUCCEEDED(seeking_->GetRate(&inForce)) && inForce == kTrialRate;
+    seeking_->SetRate(1.0);
+    if (taken) return;
+    auto systemClock = ComPtr<IReferenceClock>::Create(CLSID_SystemClock);
+    if (!systemClock) return;
+    scaledClock_ = MakeCom<ScaledClock>(std::move(systemClock));
+    timing_->SetSyncSource(scaledClock_.Get());
 }
 
 void Graph::SetVolume(std::int32_t hundredthsOfDecibel) {
@@ -221,12 +222,16 @@ GraphEvent Graph::NextEvent() {
     while (SUCCEEDED(events_->GetEvent(&code, &first, &second, 0))) {
         events_->FreeEventParams(code, first, second);
         switch (code) {
-            case EC_COMPLETE: return GraphEvent::Completed;
-            case EC_VIDEO_SIZE_CHANGED: return GraphEvent::PictureChanged;
+            case EC_COMPLETE:
+                return GraphEvent::Completed;
+            case EC_VIDEO_SIZE_CHANGED:
+                return GraphEvent::PictureChanged;
             case EC_USERABORT:
             case EC_ERRORABORT:
-            case EC_STREAM_ERROR_STOPPED: return GraphEvent::Failed;
-            default: break;
+            case EC_STREAM_ERROR_STOPPED:
+                return GraphEvent::Failed;
+            default:
+                break;
         }
     }
     return GraphEvent::None;

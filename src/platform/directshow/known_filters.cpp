@@ -71,20 +71,22 @@ void AddKnownFilters(IGraphBuilder* graph, const std::wstring& path) {
 }
 
 void RememberFilters(IGraphBuilder* graph, const std::wstring& path) {
-    std::vector<KnownFilter> known;
+    auto& known = KnownByExtension()[ExtensionOf(path)];
     for (const auto& filter : FiltersOf(graph)) {
         CLSID classId{};
         if (!FollowsTheSource(filter.Get()) && !IsRenderer(filter.Get())) continue;
         if (FAILED(filter->GetClassID(&classId))) continue;
-        known.push_back({classId, ToWide(NameOf(filter.Get()))});
+        const bool isNew = std::none_of(known.begin(), known.end(), [&](const KnownFilter& entry) {
+            return IsEqualCLSID(entry.classId, classId);
+        });
+        if (isNew) known.push_back({classId, ToWide(NameOf(filter.Get()))});
     }
-    KnownByExtension()[ExtensionOf(path)] = std::move(known);
 }
 
 void RemoveUnconnectedFilters(IGraphBuilder* graph) {
     for (const auto& filter : FiltersOf(graph)) {
-        const bool used = HasConnection(filter.Get(), PINDIR_INPUT) ||
-                          HasConnection(filter.Get(), PINDIR_OUTPUT);
+        const bool used =
+            HasConnection(filter.Get(), PINDIR_INPUT) || HasConnection(filter.Get(), PINDIR_OUTPUT);
         if (!used) graph->RemoveFilter(filter.Get());
     }
 }

@@ -40,7 +40,9 @@ HRESULT ScaledClock::AdvisePeriodic(REFERENCE_TIME start, REFERENCE_TIME period,
     return system_->AdvisePeriodic(ToSystem(start), systemPeriod, semaphore, cookie);
 }
 
-HRESULT ScaledClock::Unadvise(DWORD_PTR cookie) { return system_->Unadvise(cookie); }
+HRESULT ScaledClock::Unadvise(DWORD_PTR cookie) {
+    return system_->Unadvise(cookie);
+}
 
 REFERENCE_TIME ScaledClock::SystemTime() const {
     REFERENCE_TIME now = 0;

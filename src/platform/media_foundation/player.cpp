@@ -78,7 +78,9 @@ public:
     void ShowPicture(bool visible) override;
     void PaintHeldPicture(double) override { player_->UpdateVideo(); }
     PlaybackFigures Figures() const override;
-    std::vector<FilterEntry> Filters() const override { return {{"Media Foundation player", false}}; }
+    std::vector<FilterEntry> Filters() const override {
+        return {{"Media Foundation player", false}};
+    }
     void ShowFilterProperties(std::size_t, base::NativeWindow) override {}
 
 private:
@@ -148,7 +150,9 @@ bool Player::Request(Answer answer, HRESULT (STDMETHODCALLTYPE IMFPMediaPlayer::
     return SUCCEEDED((player_.Get()->*request)()) && events_->WaitFor(answer);
 }
 
-bool Player::Pause() { return Request(Answer::Paused, &IMFPMediaPlayer::Pause); }
+bool Player::Pause() {
+    return Request(Answer::Paused, &IMFPMediaPlayer::Pause);
+}
 
 bool Player::Seek(double seconds) {
     PROPVARIANT target{};
@@ -167,9 +171,9 @@ void Player::SetRate(double rate) {
 void Player::SetVolume(std::int32_t hundredthsOfDecibel) {
     const bool silent = hundredthsOfDecibel <= core::kSilent;
     player_->SetMute(silent ? TRUE : FALSE);
-    player_->SetVolume(silent ? 0.0F
-                              : static_cast<float>(std::pow(
-                                    10.0, hundredthsOfDecibel / kHundredthsPerDecade)));
+    player_->SetVolume(
+        silent ? 0.0F
+               : static_cast<float>(std::pow(10.0, hundredthsOfDecibel / kHundredthsPerDecade)));
 }
 
 double Player::Position() const {

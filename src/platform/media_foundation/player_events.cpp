@@ -9,14 +9,18 @@ constexpr ULONGLONG kAnswerDeadline = 5000;  // milliseconds
 }  // namespace
 
 PlayerEvents::PlayerEvents(HWND window, UINT message) : window_(window), message_(message) {
-    for (Mark& mark : marks_) mark.arrived = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    for (Mark& mark : marks_)
+        mark.arrived = CreateEventW(nullptr, TRUE, FALSE, nullptr);
 }
 
 PlayerEvents::~PlayerEvents() {
-    for (const Mark& mark : marks_) CloseHandle(mark.arrived);
+    for (const Mark& mark : marks_)
+        CloseHandle(mark.arrived);
 }
 
-void PlayerEvents::Expect(Answer answer) { ResetEvent(MarkOf(answer).arrived); }
+void PlayerEvents::Expect(Answer answer) {
+    ResetEvent(MarkOf(answer).arrived);
+}
 
 bool PlayerEvents::WaitFor(Answer answer) {
     Mark& mark = MarkOf(answer);
@@ -53,14 +57,29 @@ void PlayerEvents::Silence() {
 
 void PlayerEvents::OnMediaPlayerEvent(MFP_EVENT_HEADER* event) {
     switch (event->eEventType) {
-        case MFP_EVENT_TYPE_MEDIAITEM_SET: Arrived(Answer::ItemSet, event->hrEvent); break;
-        case MFP_EVENT_TYPE_PLAY: Arrived(Answer::Playing, event->hrEvent); break;
-        case MFP_EVENT_TYPE_PAUSE: Arrived(Answer::Paused, event->hrEvent); break;
-        case MFP_EVENT_TYPE_POSITION_SET: Arrived(Answer::PositionSet, event->hrEvent); break;
-        case MFP_EVENT_TYPE_RATE_SET: Arrived(Answer::RateSet, event->hrEvent); break;
-        case MFP_EVENT_TYPE_PLAYBACK_ENDED: Post(GraphEvent::Completed); break;
-        case MFP_EVENT_TYPE_ERROR: Post(GraphEvent::Failed); break;
-        default: break;
+        case MFP_EVENT_TYPE_MEDIAITEM_SET:
+            Arrived(Answer::ItemSet, event->hrEvent);
+            break;
+        case MFP_EVENT_TYPE_PLAY:
+            Arrived(Answer::Playing, event->hrEvent);
+            break;
+        case MFP_EVENT_TYPE_PAUSE:
+            Arrived(Answer::Paused, event->hrEvent);
+            break;
+        case MFP_EVENT_TYPE_POSITION_SET:
+            Arrived(Answer::PositionSet, event->hrEvent);
+            break;
+        case MFP_EVENT_TYPE_RATE_SET:
+            Arrived(Answer::RateSet, event->hrEvent);
+            break;
+        case MFP_EVENT_TYPE_PLAYBACK_ENDED:
+            Post(GraphEvent::Completed);
+            break;
+        case MFP_EVENT_TYPE_ERROR:
+            Post(GraphEvent::Failed);
+            break;
+        default:
+            break;
     }
 }
 

@@ -80,10 +80,10 @@ TEST(Control, ShowsTheCursorOfItsType) {
     const LPARAM overClient = MAKELPARAM(HTCLIENT, WM_MOUSEMOVE);
     window.engine().SetCursorType(core::kSizingCursor);
     SendMessageW(window.View(), WM_SETCURSOR, 0, overClient);
-    EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, IDC_SIZENWSE));
+    EXPECT_EQ(GetCursor(), LoadCursor(nullptr, IDC_SIZENWSE));
     window.engine().SetCursorType(core::kNormalCursor);
     SendMessageW(window.View(), WM_SETCURSOR, 0, overClient);
-    EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, IDC_ARROW));
+    EXPECT_EQ(GetCursor(), LoadCursor(nullptr, IDC_ARROW));
 }
 
 TEST(Control, OutlivesTheDestructionOfItsParent) {

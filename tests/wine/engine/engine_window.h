@@ -24,8 +24,7 @@ inline constexpr Transition kClipEnded{PlayState::Playing, PlayState::Stopped};
 std::string Clip(const std::string& name);
 
 // Lets the window thread work until the condition holds; false when the deadline passes first.
-bool PumpUntil(const std::function<bool()>& condition,
-               std::chrono::milliseconds deadline = 10s);
+bool PumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline = 10s);
 void PumpFor(std::chrono::milliseconds time);
 
 // A top-level window with a media engine in it, and a record of what the engine raised.

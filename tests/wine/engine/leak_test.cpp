@@ -98,8 +98,10 @@ double CountGdiObjects() {
     if (known != 0) return known;
     constexpr double kTableSize = 65536;
     std::vector<HBRUSH> brushes;
-    while (const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3))) brushes.push_back(brush);
-    for (const HBRUSH brush : brushes) DeleteObject(brush);
+    while (const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3)))
+        brushes.push_back(brush);
+    for (const HBRUSH brush : brushes)
+        DeleteObject(brush);
     return kTableSize - static_cast<double>(brushes.size());
 }
 
@@ -136,9 +138,9 @@ void BuildPlainGraph(const std::string& clip) {
 }
 
 constexpr int kWarmUp = 10;
-const char* const kClips[] = {"mpeg4-mp3.avi", "tone.wav",  "mpeg1.mpg",     "silent.avi",
-                              "h264-aac.mp4",  "wmv2.wmv",  "mjpeg-pcm.avi", "mpeg2.mpg",
-                              "odd-size.avi",  "tone.mp3",  "missing.avi",   "truncated.avi"};
+const char* const kClips[] = {"mpeg4-mp3.avi", "tone.wav", "mpeg1.mpg",     "silent.avi",
+                              "h264-aac.mp4",  "wmv2.wmv", "mjpeg-pcm.avi", "mpeg2.mpg",
+                              "odd-size.avi",  "tone.mp3", "missing.avi",   "truncated.avi"};
 
 std::string ClipOfRound(int round) {
     return Clip(kClips[static_cast<std::size_t>(round) % std::size(kClips)]);
@@ -169,8 +171,6 @@ TEST(Leak, OpenPlaySeekCloseTwoHundredTimesLeavesNothingBehindButThePlatformsOwn
     constexpr int kRounds = 200;
     constexpr int kPlainRounds = 60;
     constexpr double kShare = 0.05;
-    const auto [plainBefore, plainAfter] = MeasureRounds(
-        kPlainRounds, [](int round) { BuildPlainGraph(ClipOfRound(round)); });
     EngineWindow window;
     window.engine().SetAutoStart(true);
     const auto [before, after] = MeasureRounds(kRounds, [&](int round) {
@@ -183,14 +183,16 @@ TEST(Leak, OpenPlaySeekCloseTwoHundredTimesLeavesNothingBehindButThePlatformsOwn
         window.engine().Open("");
         window.raised.clear();
     });
+    const auto [plainBefore, plainAfter] =
+        MeasureRounds(kPlainRounds, [](int round) { BuildPlainGraph(ClipOfRound(round)); });
     for (const Growth& counted : kCounted) {
-        const double lossPerRound = std::max(
-            0.0, (plainAfter.*counted.count - plainBefore.*counted.count) / (kPlainRounds - kWarmUp));
-        const double own = after.*counted.count - before.*counted.count -
-                           lossPerRound * (kRounds - kWarmUp);
-        std::cout << counted.what << ": " << before.*counted.count << " -> "
-                  << after.*counted.count << ", the platform's own loss per graph "
-                  << lossPerRound << std::endl;
+        const double lossPerRound =
+            std::max(0.0, (plainAfter.*counted.count - plainBefore.*counted.count) /
+                              (kPlainRounds - kWarmUp));
+        const double own =
+            after.*counted.count - before.*counted.count - lossPerRound * (kRounds - kWarmUp);
+        std::cout << counted.what << ": " << before.*counted.count << " -> " << after.*counted.count
+                  << ", the platform's own loss per graph " << lossPerRound << std::endl;
         EXPECT_LE(own, std::max(1.0, before.*counted.count * kShare)) << counted.what;
     }
 }

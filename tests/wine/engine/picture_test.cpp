@@ -144,7 +144,9 @@ TEST(FullScreen, CoversTheMonitorAndComesBackToTheSameRectangle) {
     EXPECT_TRUE(PumpUntil([&] { return IsNear(PixelOf(window.Window(), 20, 330), kCyan); }, 2s));
 }
 
-HWND FullScreenWindow() { return FindWindowW(L"nqp.FullScreen", nullptr); }
+HWND FullScreenWindow() {
+    return FindWindowW(L"nqp.FullScreen", nullptr);
+}
 
 TEST(FullScreen, IsLeftByEscapeAndByADoubleClick) {
     EngineWindow window;
