@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs GoogleTest programs and leaves their results as XML.
 
-    run_tests.py LIST RESULTS [--wine] [--only TEXT]
+    run_tests.py LIST RESULTS [--wine] [--only TEXT] [--share I/N]
 
 LIST names the programs, one a line. A program first says which tests it has; a test that is
 missing from its results afterwards, because the program crashed or took too long, has failed.
@@ -22,12 +22,21 @@ import junit
 LIST_SECONDS = 60
 
 
+Share = tuple[int, int]
+
+
+def share(text: str) -> Share:
+    index, count = map(int, text.split("/"))
+    return index - 1, count
+
+
 def parse_arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("list", type=pathlib.Path)
     parser.add_argument("results", type=pathlib.Path)
     parser.add_argument("--wine", action="store_true", help="the programs are for Windows")
     parser.add_argument("--only", default="", help="run the programs whose name holds this text")
+    parser.add_argument("--share", type=share, default=(0, 1), help="every Nth test, from the Ith")
     parser.add_argument("--seconds", type=float, default=300, help="deadline for each program")
     return parser.parse_args()
 
@@ -102,13 +111,16 @@ def last_lines(log: pathlib.Path, count: int = 12) -> str:
     return "\n".join(log.read_text(errors="replace").splitlines()[-count:])
 
 
-def run_program(program: pathlib.Path, folder: pathlib.Path, wine: bool, seconds: float) -> bool:
+def run_program(
+    program: pathlib.Path, folder: pathlib.Path, wine: bool, seconds: float, part: Share
+) -> bool:
     folder.mkdir(parents=True, exist_ok=True)
     launcher = ["wine", str(program)] if wine else [str(program)]
-    xml = folder / f"{program.stem}.xml"
-    extra = folder / f"{program.stem}.program.xml"
-    log = folder / f"{program.stem}.log"
-    names_file = folder / f"{program.stem}.tests"
+    stem = program.stem if part[1] == 1 else f"{program.stem}-{part[0] + 1}"
+    xml = folder / f"{stem}.xml"
+    extra = folder / f"{stem}.program.xml"
+    log = folder / f"{stem}.log"
+    names_file = folder / f"{stem}.tests"
 
     trouble = run([*launcher, "--gtest_list_tests"], names_file, LIST_SECONDS, wine)
     names = [n for n in listed_tests(names_file.read_text(errors="replace")) if is_enabled(n)]
@@ -117,8 +129,10 @@ def run_program(program: pathlib.Path, folder: pathlib.Path, wine: bool, seconds
         junit.write(extra, program.stem, [junit.Case("has tests", reason)])
         return False
 
+    names = names[part[0] :: part[1]]
+    chosen = [] if part[1] == 1 else [f"--gtest_filter={':'.join(names)}"]
     target = windows_path(xml) if wine else str(xml)
-    trouble = run([*launcher, f"--gtest_output=xml:{target}"], log, seconds, wine)
+    trouble = run([*launcher, f"--gtest_output=xml:{target}", *chosen], log, seconds, wine)
     reported = reported_tests(xml)
     seen = {case.name for case in reported}
     reason = f"{program.name} left no result for it; {trouble}\n{last_lines(log)}"
@@ -138,7 +152,7 @@ def main() -> int:
         if arguments.only not in program.stem:
             continue
         folder = arguments.results.resolve() / tier_of(program, arguments.wine)
-        ok = run_program(program, folder, arguments.wine, arguments.seconds)
+        ok = run_program(program, folder, arguments.wine, arguments.seconds, arguments.share)
         print(f"  {program.name}: {'passed' if ok else 'FAILED'}", flush=True)
         good = good and ok
     return 0 if good else 1

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <type_traits>
 #include <utility>
 
+#include "forms/run_time_error.h"
 #include "platform/directshow/graph.h"
 #include "platform/media_engine_impl.h"
 #include "platform/media_engine_path.h"
-#include "platform/media_engine_text.h"
 #include "platform/media_foundation/player.h"
+#include "winapi/text.h"
 
 namespace nqp::platform {
 
@@ -18,16 +18,17 @@ using core::PlayState;
 
 namespace {
 
+// A person who watches touches neither mouse nor keyboard.
+void KeepScreenOn(bool on) {
+    constexpr EXECUTION_STATE kAwake = ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED;
+    SetThreadExecutionState(ES_CONTINUOUS | (on ? kAwake : 0));
+}
+
 // An event's handler may fail; the engine's own work is done by then and goes on.
 template <class... Args>
-void Raise(const base::Event<Args...>& event, std::type_identity_t<Args>... args) noexcept {
-    try {
-        event(args...);
-    } catch (const std::exception& error) {
-        OutputDebugStringW(ToWide(error.what()).c_str());
-    } catch (...) {
-        OutputDebugStringW(L"unknown exception in a handler of the media player");
-    }
+void Raise(forms::Origin origin, const base::Event<Args...>& event,
+           std::type_identity_t<Args>... args) noexcept {
+    forms::Guarded(origin, [&] { event(args...); });
 }
 
 }  // namespace
@@ -202,17 +203,18 @@ void MediaEngineImpl::ChangeState(PlayState state) {
     if (state == state_) return;
     ++stateChanges_;
     const PlayState old = std::exchange(state_, state);
-    Raise(PlayStateChange, old, state);
+    KeepScreenOn(state == PlayState::Playing);
+    Raise(forms::Origin::Program, PlayStateChange, old, state);
 }
 
 void MediaEngineImpl::OnMouseMove(const base::MouseEvent& mouse) {
-    Raise(MouseMove, mouse);
+    Raise(forms::Origin::User, MouseMove, mouse);
 }
 void MediaEngineImpl::OnMouseDown(const base::MouseEvent& mouse) {
-    Raise(MouseDown, mouse);
+    Raise(forms::Origin::User, MouseDown, mouse);
 }
 void MediaEngineImpl::OnMouseUp(const base::MouseEvent& mouse) {
-    Raise(MouseUp, mouse);
+    Raise(forms::Origin::User, MouseUp, mouse);
 }
 
 std::unique_ptr<core::MediaEngine> CreateMediaEngine(std::vector<GraphOpener> openers) {

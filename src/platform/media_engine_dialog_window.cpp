@@ -10,33 +10,10 @@ namespace {
 
 constexpr DWORD kDialogStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD kDialogExtendedStyle = WS_EX_TOPMOST | WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-constexpr wchar_t kDialogMark[] = L"nqp.DialogWindow";
-
-// The program's message loop need not know these dialogs: keys for them are taken out here.
-LRESULT CALLBACK TakeDialogKeys(int code, WPARAM wParam, LPARAM lParam) noexcept {
-    auto* message = reinterpret_cast<MSG*>(lParam);
-    const bool key = code >= 0 && wParam == PM_REMOVE && message->message >= WM_KEYFIRST &&
-                     message->message <= WM_KEYLAST;
-    const HWND root = key ? GetAncestor(message->hwnd, GA_ROOT) : nullptr;
-    if (root != nullptr && GetPropW(root, kDialogMark) != nullptr &&
-        IsDialogMessageW(root, message)) {
-        message->message = WM_NULL;
-    }
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
-HFONT MessageFont(int dpi) {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof(metrics);
-    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0,
-                               static_cast<UINT>(dpi));
-    return CreateFontIndirectW(&metrics.lfMessageFont);
-}
 
 }  // namespace
 
 DialogWindow::~DialogWindow() {
-    if (Handle() != nullptr) RemovePropW(Handle(), kDialogMark);
     Destroy();
 }
 
@@ -58,10 +35,7 @@ bool DialogWindow::CreateDialogWindow(const wchar_t* className, const wchar_t* t
     const PixelRect place = CentredOver(owner, designSize);
     SetWindowPos(Handle(), nullptr, place.left, place.top, place.width, place.height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-    font_.reset(MessageFont(Dpi()));
-    SetPropW(Handle(), kDialogMark, Handle());
-    keyboard_.reset(
-        SetWindowsHookExW(WH_GETMESSAGE, TakeDialogKeys, nullptr, GetCurrentThreadId()));
+    font_ = winapi::MessageFont(Dpi(), false, 1.0F);
     return true;
 }
 
@@ -96,8 +70,6 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         }
         case WM_DESTROY:
-            RemovePropW(Handle(), kDialogMark);
-            keyboard_.reset();
             return 0;
         default:
             return MessageWindow::OnMessage(message, wParam, lParam);
@@ -129,7 +101,7 @@ PixelRect DialogWindow::CentredOver(HWND owner, PixelSize designSize) const {
 }
 
 void DialogWindow::ApplyResolution() {
-    font_.reset(MessageFont(Dpi()));
+    font_ = winapi::MessageFont(Dpi(), false, 1.0F);
     for (const Control& control : controls_) {
         const PixelRect& place = control.designPlace;
         SetWindowPos(control.window, nullptr, Scaled(place.left), Scaled(place.top),

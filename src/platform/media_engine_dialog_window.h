@@ -1,15 +1,16 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/media_engine_window.h"
+#include "winapi/gdi.h"
 
 namespace nqp::platform {
 
 // A modeless dialog built in code: the message font, sizes in pixels at 96 dpi that follow the
-// monitor's resolution, keyboard navigation, Escape closes. Handle() is null once it is closed.
+// monitor's resolution, Escape closes. Handle() is null once it is closed. It is marked as a parent
+// of controls, by which the message loop knows that Tab and Enter move and press in it.
 class DialogWindow : public MessageWindow {
 public:
     ~DialogWindow() override;
@@ -30,22 +31,13 @@ private:
         HWND window;
         PixelRect designPlace;
     };
-    struct FontDeleter {
-        using pointer = HFONT;
-        void operator()(HFONT font) const { DeleteObject(font); }
-    };
-    struct HookRemover {
-        using pointer = HHOOK;
-        void operator()(HHOOK hook) const { UnhookWindowsHookEx(hook); }
-    };
 
     int Scaled(int designPixels) const;
     PixelRect CentredOver(HWND owner, PixelSize designSize) const;
     void ApplyResolution();
 
     std::vector<Control> controls_;
-    std::unique_ptr<HFONT, FontDeleter> font_;
-    std::unique_ptr<HHOOK, HookRemover> keyboard_;
+    winapi::GdiObject font_;
 };
 
 // Sets the text only where it differs, so that nothing flickers.

@@ -1,6 +1,6 @@
 #include "platform/media_engine_filters.h"
 
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform {
 
@@ -48,7 +48,7 @@ void FilterDialog::Refresh() {
     filters_ = clip_.Filters();
     SendMessageW(list_, LB_RESETCONTENT, 0, 0);
     for (const FilterEntry& filter : filters_) {
-        const std::wstring name = ToWide(filter.name);
+        const std::wstring name = winapi::Utf16(filter.name);
         SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
     }
     SendMessageW(list_, LB_SETCURSEL, 0, 0);

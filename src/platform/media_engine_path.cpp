@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform {
 
@@ -43,7 +43,7 @@ bool IsFile(const std::wstring& path) {
 
 std::vector<std::wstring> SpellingsOfFile(const std::string& path) {
     if (path.empty()) return {};
-    const std::wstring full = FullPath(ToWide(path));
+    const std::wstring full = FullPath(winapi::Utf16(path));
     if (full.size() < MAX_PATH) {
         return IsFile(full) ? std::vector{full} : std::vector<std::wstring>{};
     }

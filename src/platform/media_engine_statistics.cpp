@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform {
 
@@ -110,7 +110,7 @@ StatisticsDialog::StatisticsDialog(HWND owner, const ClipInformation& clip) : cl
 void StatisticsDialog::Refresh() {
     const auto rows = Rows();
     for (std::size_t i = 0; i < values_.size(); ++i)
-        UpdateText(values_[i], ToWide(rows[i].value));
+        UpdateText(values_[i], winapi::Utf16(rows[i].value));
 }
 
 std::vector<StatisticsDialog::Row> StatisticsDialog::Rows() {

@@ -5,6 +5,12 @@
 
 namespace nqp::platform {
 
+namespace {
+
+constexpr int kProgramIcon = 1;  // resource number
+
+}  // namespace
+
 PixelSize MessageWindow::ClientSize() const {
     RECT client{};
     GetClientRect(handle_, &client);
@@ -22,6 +28,7 @@ bool MessageWindow::Create(const Description& description) {
     windowClass.style = description.classStyle;
     windowClass.lpfnWndProc = Procedure;
     windowClass.hInstance = module;
+    windowClass.hIcon = LoadIconW(module, MAKEINTRESOURCEW(kProgramIcon));
     windowClass.hCursor = SystemCursor(IDC_ARROW);
     windowClass.hbrBackground = description.background;
     windowClass.lpszClassName = description.className;

@@ -5,6 +5,7 @@
 #include "base/geometry.h"
 #include "core/media_engine.h"
 #include "platform/script_messages.h"
+#include "winapi/mouse.h"
 
 namespace nqp::platform {
 
@@ -13,48 +14,15 @@ namespace {
 constexpr UINT_PTR kPictureTimer = 1;
 constexpr UINT kPictureDelay = 100;  // milliseconds
 
-int ButtonOf(UINT message) {
-    switch (message) {
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
-        case WM_LBUTTONUP:
-            return base::kLeftButton;
-        case WM_RBUTTONDOWN:
-        case WM_RBUTTONDBLCLK:
-        case WM_RBUTTONUP:
-            return base::kRightButton;
-        case WM_MBUTTONDOWN:
-        case WM_MBUTTONDBLCLK:
-        case WM_MBUTTONUP:
-            return base::kMiddleButton;
-        default:
-            return 0;
-    }
-}
-
-int ButtonsHeld(WPARAM keys) {
-    return ((keys & MK_LBUTTON) != 0 ? base::kLeftButton : 0) +
-           ((keys & MK_RBUTTON) != 0 ? base::kRightButton : 0) +
-           ((keys & MK_MBUTTON) != 0 ? base::kMiddleButton : 0);
-}
-
-int KeysHeld(WPARAM keys) {
-    return ((keys & MK_SHIFT) != 0 ? base::kShiftKey : 0) +
-           ((keys & MK_CONTROL) != 0 ? base::kControlKey : 0) +
-           (GetKeyState(VK_MENU) < 0 ? base::kAltKey : 0);
-}
-
 }  // namespace
 
 base::MouseEvent ToMouseEvent(HWND receiver, HWND origin, UINT message, WPARAM wParam,
                               LPARAM lParam) {
     POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     MapWindowPoints(receiver, origin, &point, 1);
-    const int dpi = static_cast<int>(GetDpiForWindow(origin));
-    return {.Button = message == WM_MOUSEMOVE ? ButtonsHeld(wParam) : ButtonOf(message),
-            .Shift = KeysHeld(wParam),
-            .X = base::PixelsToTwips(point.x, dpi),
-            .Y = base::PixelsToTwips(point.y, dpi)};
+    const auto mouse = winapi::ReadMouse(message, wParam, MAKELPARAM(point.x, point.y),
+                                         static_cast<int>(GetDpiForWindow(origin)));
+    return mouse ? mouse->event : base::MouseEvent{};
 }
 
 VideoView::VideoView(HWND parent, int controlId, VideoViewClient& client)

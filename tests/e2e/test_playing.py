@@ -14,7 +14,7 @@ from waiting import equals, until
 
 SETTLE_SECONDS = 0.6  # what is on its way to the sink when a volume is changed
 LISTEN_SECONDS = 1.0
-LATE_FRAMES = 4  # how far a picture that is drawn without a graphics card is behind the sound
+LATE_FRAMES = 8  # how far a picture that is drawn without a graphics card is behind the position
 
 
 @pytest.fixture

@@ -73,7 +73,7 @@ void ControlWindow::UpdateFont() {
     fontDpi_ = Dpi();
     fontBold_ = state_.bold;
     fontScale_ = state_.fontScale;
-    GdiObject font = MessageFont(fontDpi_, fontBold_, fontScale_);
+    winapi::GdiObject font = winapi::MessageFont(fontDpi_, fontBold_, fontScale_);
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
     font_ = std::move(font);
 }

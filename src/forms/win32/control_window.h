@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "forms/backend.h"
-#include "forms/win32/graphics.h"
+#include "winapi/gdi.h"
 
 namespace nqp::forms::win32 {
 
@@ -48,7 +48,7 @@ private:
     ControlEvents* events_;  // null once retired
     Window& window_;
     HWND hwnd_ = nullptr;
-    GdiObject font_;
+    winapi::GdiObject font_;
     int fontDpi_ = 0;
     float fontScale_ = 0;
     bool fontBold_ = false;

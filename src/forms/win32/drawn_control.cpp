@@ -1,6 +1,7 @@
 #include "forms/win32/drawn_control.h"
 
-#include "forms/win32/mouse.h"
+#include "forms/win32/graphics.h"
+#include "winapi/mouse.h"
 #include "winapi/text.h"
 
 namespace nqp::forms::win32 {
@@ -71,18 +72,18 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 
 // The press captures the pointer, so that a drag goes on outside of the control.
 bool DrawnControl::HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    const auto mouse = ReadMouse(message, wParam, lParam, Dpi());
+    const auto mouse = winapi::ReadMouse(message, wParam, lParam, Dpi());
     if (!mouse || Events() == nullptr) return false;
     switch (mouse->action) {
-        case MouseAction::Down:
+        case winapi::MouseAction::Down:
             SetCapture(hwnd);
             Events()->OnMouseDown(mouse->event);
             if (mouse->doubled && Events() != nullptr) Events()->OnDoubleClick();
             break;
-        case MouseAction::Move:
+        case winapi::MouseAction::Move:
             Events()->OnMouseMove(mouse->event);
             break;
-        case MouseAction::Up:
+        case winapi::MouseAction::Up:
             ReleaseAt(hwnd, lParam, mouse->event);
             break;
     }

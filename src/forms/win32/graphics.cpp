@@ -1,19 +1,6 @@
 #include "forms/win32/graphics.h"
 
-#include <cmath>
-
 namespace nqp::forms::win32 {
-
-GdiObject MessageFont(int dpi, bool bold, float scale) {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0,
-                               static_cast<UINT>(dpi));
-    LOGFONTW& font = metrics.lfMessageFont;
-    font.lfHeight = static_cast<LONG>(std::lround(static_cast<float>(font.lfHeight) * scale));
-    if (bold) font.lfWeight = FW_SEMIBOLD;
-    return GdiObject(CreateFontIndirectW(&font));
-}
 
 BufferedPaint::BufferedPaint(HWND window) : window_(window) {
     HDC screen = BeginPaint(window_, &paint_);

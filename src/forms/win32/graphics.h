@@ -2,21 +2,10 @@
 
 #include <windows.h>
 
-#include <memory>
-#include <type_traits>
-
 #include "forms/state.h"
+#include "winapi/gdi.h"
 
 namespace nqp::forms::win32 {
-
-struct GdiDeleter {
-    using pointer = HGDIOBJ;
-    void operator()(HGDIOBJ object) const { DeleteObject(object); }
-};
-using GdiObject = std::unique_ptr<std::remove_pointer_t<HGDIOBJ>, GdiDeleter>;
-
-// The system's message font at a resolution.
-GdiObject MessageFont(int dpi, bool bold, float scale);
 
 // Draws through a bitmap in memory, so that nothing flickers; shows it when it goes.
 class BufferedPaint {
@@ -35,7 +24,7 @@ private:
     PAINTSTRUCT paint_{};
     RECT area_{};
     HDC canvas_;
-    GdiObject bitmap_;
+    winapi::GdiObject bitmap_;
     HGDIOBJ previous_;
 };
 

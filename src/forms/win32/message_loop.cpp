@@ -79,11 +79,11 @@ bool PersonActedLast() {
 
 void Dispatch(MSG& message) {
     if (IsKeyDown(message) || IsButtonDown(message)) NotePersonActed();
-    Window* window = Window::Of(GetAncestor(message.hwnd, GA_ROOT));
-    if (window != nullptr) {
-        if (IsKeyDown(message) && window->HandleKey(message.wParam)) return;
-        if (window->IsDialog() && IsDialogMessageW(window->Hwnd(), &message) != 0) return;
-    }
+    const HWND root = GetAncestor(message.hwnd, GA_ROOT);
+    Window* window = Window::Of(root);
+    if (window != nullptr && IsKeyDown(message) && window->HandleKey(message.wParam)) return;
+    const bool dialog = (GetWindowLongPtrW(root, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0;
+    if (dialog && IsDialogMessageW(root, &message) != 0) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }

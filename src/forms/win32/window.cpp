@@ -9,8 +9,8 @@
 #include "forms/win32/control_window.h"
 #include "forms/win32/graphics.h"
 #include "forms/win32/message_loop.h"
-#include "forms/win32/mouse.h"
 #include "forms/win32/screen.h"
+#include "winapi/mouse.h"
 #include "winapi/text.h"
 
 namespace nqp::forms {
@@ -36,7 +36,7 @@ Styles StylesOf(const WindowState& state) {
             return {WS_POPUP | WS_CLIPCHILDREN, WS_EX_TOOLWINDOW | topmost};
         case FrameStyle::Dialog:
             return {WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
-                    WS_EX_DLGMODALFRAME | topmost};
+                    WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | topmost};
         default:
             return {WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN,
                     WS_EX_APPWINDOW | topmost};
@@ -162,16 +162,16 @@ LRESULT Window::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
 }
 
 bool Window::HandleMouse(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    const auto mouse = ReadMouse(message, wParam, lParam, dpi_);
+    const auto mouse = winapi::ReadMouse(message, wParam, lParam, dpi_);
     if (!mouse || events_ == nullptr) return false;
     switch (mouse->action) {
-        case MouseAction::Down:
+        case winapi::MouseAction::Down:
             events_->OnMouseDown(mouse->event);
             break;
-        case MouseAction::Move:
+        case winapi::MouseAction::Move:
             events_->OnMouseMove(mouse->event);
             break;
-        case MouseAction::Up:
+        case winapi::MouseAction::Up:
             events_->OnMouseUp(mouse->event);
             break;
     }
@@ -262,7 +262,8 @@ LRESULT Window::DefaultButton() const {
 }
 
 bool Window::HandleKey(WPARAM key) {
-    return events_ != nullptr && events_->OnKeyDown({static_cast<int>(key), HeldShiftKeys()});
+    return events_ != nullptr &&
+           events_->OnKeyDown({static_cast<int>(key), winapi::HeldShiftKeys()});
 }
 
 void Window::Remove(ControlWindow& control) {

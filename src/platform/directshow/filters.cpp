@@ -9,7 +9,7 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform::directshow {
 
@@ -45,7 +45,8 @@ std::string SubtypeName(const GUID& subtype) {
         std::all_of(bytes, bytes + 4, [](unsigned char byte) { return std::isprint(byte) != 0; });
     if (madeFromCode && printable) return {reinterpret_cast<const char*>(bytes), 4};
     TaskMemory<wchar_t> text;
-    return SUCCEEDED(StringFromCLSID(subtype, text.Put())) ? ToUtf8(text.Get()) : std::string();
+    return SUCCEEDED(StringFromCLSID(subtype, text.Put())) ? winapi::Utf8(text.Get())
+                                                           : std::string();
 }
 
 std::string WaveFormatName(WORD tag) {
@@ -152,7 +153,7 @@ std::string NameOf(IBaseFilter* filter) {
     FILTER_INFO info{};
     if (FAILED(filter->QueryFilterInfo(&info))) return {};
     if (info.pGraph != nullptr) info.pGraph->Release();
-    return ToUtf8(info.achName);
+    return winapi::Utf8(info.achName);
 }
 
 bool HasPropertyPages(IBaseFilter* filter) {

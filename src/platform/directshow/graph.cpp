@@ -15,7 +15,7 @@
 #include "platform/directshow/frame_counter.h"
 #include "platform/directshow/known_filters.h"
 #include "platform/directshow/scaled_clock.h"
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform::directshow {
 
@@ -328,7 +328,7 @@ void Graph::ShowFilterProperties(std::size_t index, base::NativeWindow owner) {
     const auto pages = filter.As<ISpecifyPropertyPages>();
     CAUUID list{};
     if (!pages || FAILED(pages->GetPages(&list))) return;
-    const std::wstring title = ToWide(NameOf(filter.Get()));
+    const std::wstring title = winapi::Utf16(NameOf(filter.Get()));
     IUnknown* object = filter.Get();
     OleCreatePropertyFrame(static_cast<HWND>(owner), 0, 0, title.c_str(), 1, &object, list.cElems,
                            list.pElems, LOCALE_USER_DEFAULT, 0, nullptr);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/directshow/filters.h"
-#include "platform/media_engine_text.h"
+#include "winapi/text.h"
 
 namespace nqp::platform::directshow {
 
@@ -79,7 +79,7 @@ void RememberFilters(IGraphBuilder* graph, const std::wstring& path) {
         const bool isNew = std::none_of(known.begin(), known.end(), [&](const KnownFilter& entry) {
             return IsEqualCLSID(entry.classId, classId);
         });
-        if (isNew) known.push_back({classId, ToWide(NameOf(filter.Get()))});
+        if (isNew) known.push_back({classId, winapi::Utf16(NameOf(filter.Get()))});
     }
 }
 

@@ -1,14 +1,21 @@
-#include "forms/win32/mouse.h"
+#include "winapi/mouse.h"
 
 #include <windowsx.h>
 
-namespace nqp::forms::win32 {
+namespace nqp::winapi {
 namespace {
 
 int HeldButtons(WPARAM wParam) {
     return ((wParam & MK_LBUTTON) != 0 ? base::kLeftButton : 0) |
            ((wParam & MK_RBUTTON) != 0 ? base::kRightButton : 0) |
            ((wParam & MK_MBUTTON) != 0 ? base::kMiddleButton : 0);
+}
+
+// As they were when the message was made; of Alt only the state now is known.
+int ShiftKeys(WPARAM wParam) {
+    return ((wParam & MK_SHIFT) != 0 ? base::kShiftKey : 0) |
+           ((wParam & MK_CONTROL) != 0 ? base::kControlKey : 0) |
+           (GetKeyState(VK_MENU) < 0 ? base::kAltKey : 0);
 }
 
 int ButtonOf(UINT message) {
@@ -62,9 +69,9 @@ std::optional<MouseMessage> ReadMouse(UINT message, WPARAM wParam, LPARAM lParam
         message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK;
     return MouseMessage{*action,
                         doubled,
-                        {moved ? HeldButtons(wParam) : ButtonOf(message), HeldShiftKeys(),
+                        {moved ? HeldButtons(wParam) : ButtonOf(message), ShiftKeys(wParam),
                          base::PixelsToTwips(GET_X_LPARAM(lParam), dpi),
                          base::PixelsToTwips(GET_Y_LPARAM(lParam), dpi)}};
 }
 
-}  // namespace nqp::forms::win32
+}  // namespace nqp::winapi

@@ -6,7 +6,7 @@
 
 #include "base/input.h"
 
-namespace nqp::forms::win32 {
+namespace nqp::winapi {
 
 enum class MouseAction { Down, Move, Up };
 
@@ -21,4 +21,4 @@ std::optional<MouseMessage> ReadMouse(UINT message, WPARAM wParam, LPARAM lParam
 // The sum of the shift keys that are held.
 int HeldShiftKeys();
 
-}  // namespace nqp::forms::win32
+}  // namespace nqp::winapi

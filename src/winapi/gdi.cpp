@@ -1,0 +1,18 @@
+#include "winapi/gdi.h"
+
+#include <cmath>
+
+namespace nqp::winapi {
+
+GdiObject MessageFont(int dpi, bool bold, float scale) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0,
+                               static_cast<UINT>(dpi));
+    LOGFONTW& font = metrics.lfMessageFont;
+    font.lfHeight = static_cast<LONG>(std::lround(static_cast<float>(font.lfHeight) * scale));
+    if (bold) font.lfWeight = FW_SEMIBOLD;
+    return GdiObject(CreateFontIndirectW(&font));
+}
+
+}  // namespace nqp::winapi

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace nqp::winapi {
+
+struct GdiDeleter {
+    using pointer = HGDIOBJ;
+    void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+using GdiObject = std::unique_ptr<std::remove_pointer_t<HGDIOBJ>, GdiDeleter>;
+
+// The system's message font at a resolution.
+GdiObject MessageFont(int dpi, bool bold, float scale);
+
+}  // namespace nqp::winapi
