@@ -40,6 +40,14 @@ class Pointer:
             self._run("mousemove", x, y, "sleep", 0.02)
         self._run("mouseup", LEFT)
 
+    def focused_title(self) -> str:
+        """The title of the window that the display sends keys to."""
+        command = ["xdotool", "getwindowfocus", "getwindowname"]
+        found = subprocess.run(
+            command, env=self._env, check=False, capture_output=True, text=True, timeout=20
+        )
+        return found.stdout.strip()
+
     def key(self, *keys: str) -> None:
         self._run("key", "--delay", 40, *keys)
 

@@ -153,6 +153,7 @@ def test_statistics_opens_and_closes(playing: Player) -> None:
 def open_play_rate(player: Player) -> None:
     player.choose("Playrate")
     player.wait(PLAY_RATE, "visible")
+    until(lambda: player.pointer.focused_title() == "Playrate", 5, "keys go to the dialog")
 
 
 def close_play_rate(player: Player) -> None:
