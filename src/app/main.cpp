@@ -1,10 +1,7 @@
 #include <windows.h>
 
-#include <ole2.h>
-
 #include <exception>
 
-#include "base/text.h"
 #include "core/command_line.h"
 #include "core/main_app.h"
 #include "forms/run_time_error.h"
@@ -24,19 +21,6 @@ namespace {
 // How long a process that was started for an automation client waits for it to come.
 constexpr int kWaitForClientMilliseconds = 10000;
 
-class OleSession {
-public:
-    OleSession() : result_(OleInitialize(nullptr)) {}
-    ~OleSession() {
-        if (SUCCEEDED(result_)) OleUninitialize();
-    }
-    OleSession(const OleSession&) = delete;
-    OleSession& operator=(const OleSession&) = delete;
-
-private:
-    HRESULT result_;
-};
-
 // The windows of the program and what stands behind them. They know each other by narrow
 // interfaces only; this is where they are introduced.
 class Program final : public core::StartWindows {
@@ -50,6 +34,15 @@ public:
         form5_.Connect(form1_, form1_, form4_, form6_);
         form6_.SetOpener(form1_);
     }
+
+    ~Program() {
+        form5_.CloseAll();
+        form4_.Unload();
+        form1_.Unload();
+        forms::win32::RunPostedTasks();
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
 
     void Load() override {
         form1_.Load();
@@ -84,12 +77,12 @@ void ServeAutomation() {
 }
 
 int Run() {
-    const OleSession ole;
+    const platform::OleSession ole;
     forms::SetRunTimeErrorHandler(ReportError);
     forms::SetLastWindowUnloaded([] { forms::win32::QuitMessageLoop(); });
     const core::CommandLine line = core::WithoutAutomationSwitch(platform::ArgumentText());
-    Program program(base::WithoutQuotes(line.text));
-    const core::MainApp app(platform::ProgramFolder(), base::WithoutQuotes(line.text), program);
+    Program program(line.text);
+    const core::MainApp app(platform::ProgramFolder(), line.text, program);
     if (app.Mode() != core::LaunchMode::Automation) return forms::win32::RunMessageLoop();
     if (line.startedByAutomation) ServeAutomation();
     return 0;

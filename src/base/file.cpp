@@ -4,6 +4,26 @@
 #include <system_error>
 
 namespace nqp::base {
+namespace {
+
+bool Write(std::ofstream file, std::span<const char> bytes) {
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    return !file.fail();
+}
+
+bool WriteWhole(const std::filesystem::path& path, std::span<const char> bytes) {
+    return Write(std::ofstream(path, std::ios::binary | std::ios::trunc), bytes);
+}
+
+// For a file that may be written where no other may take its place: a folder that is read-only, or
+// another program that has the file open. The file does not become shorter.
+bool OverwriteExisting(const std::filesystem::path& path, std::span<const char> bytes) {
+    if (!IsFile(path)) return false;
+    return Write(std::ofstream(path, std::ios::binary | std::ios::in | std::ios::out), bytes);
+}
+
+}  // namespace
 
 std::filesystem::path PathFromUtf8(std::string_view text) {
     return {std::u8string(text.begin(), text.end())};
@@ -28,22 +48,14 @@ std::vector<char> ReadFile(const std::filesystem::path& path) {
 bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes) {
     std::filesystem::path next = path;
     next += ".new";
-    {
-        std::ofstream file(next, std::ios::binary | std::ios::trunc);
-        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        file.close();
-        std::error_code ignored;
-        if (!file) {
-            std::filesystem::remove(next, ignored);
-            return false;
-        }
-    }
     std::error_code error;
-    std::filesystem::rename(next, path, error);
-    if (!error) return true;
+    if (WriteWhole(next, bytes)) {
+        std::filesystem::rename(next, path, error);
+        if (!error) return true;
+    }
     std::error_code ignored;
     std::filesystem::remove(next, ignored);
-    return false;
+    return OverwriteExisting(path, bytes);
 }
 
 bool IsFile(const std::filesystem::path& path) {

@@ -16,8 +16,8 @@ std::string Utf8FromPath(const std::filesystem::path& path);
 std::vector<char> ReadFile(const std::filesystem::path& path);
 
 // Puts a file with these bytes in the place of the old one in a single step: at every moment the
-// path names the complete old file or the complete new one. False when that was not possible; the
-// old file is then as it was.
+// path names the complete old file or the complete new one. Where the system does not let another
+// file take the place, the old one is written over instead. False when neither was possible.
 bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes);
 
 // True for an existing file that is no folder.

@@ -32,8 +32,10 @@ inline constexpr int kKeyHome = 36;
 inline constexpr int kKeyUp = 38;
 inline constexpr int kKeyDown = 40;
 inline constexpr int kKeyMenu = 93;  // the context-menu key
+inline constexpr int kKeyO = 79;
 inline constexpr int kKeyF4 = 115;
 inline constexpr int kKeyF10 = 121;
+inline constexpr int kKeyF11 = 122;
 
 // A window of the platform (an HWND); null when there is none.
 using NativeWindow = void*;

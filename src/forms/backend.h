@@ -31,9 +31,11 @@ protected:
 class WindowEvents {
 public:
     virtual void OnBoundsChanged(const base::Rect& bounds) noexcept = 0;
-    // By a person, or because the program itself showed, raised or hid a window.
-    virtual void OnActivated(bool byPerson) noexcept = 0;
+    // A person came to the window from another one of the program that this one had not opened.
+    virtual void OnActivated() noexcept = 0;
     virtual void OnDeactivated() noexcept = 0;
+    // The same twips are other pixels now.
+    virtual void OnResolutionChanged() noexcept = 0;
     virtual void OnCloseRequested() noexcept = 0;
     virtual void OnMouseDown(const base::MouseEvent& mouse) noexcept = 0;
     virtual void OnMouseMove(const base::MouseEvent& mouse) noexcept = 0;
@@ -75,6 +77,9 @@ public:
     // As they are on the screen: whole pixels.
     virtual base::Rect Bounds() const = 0;
     virtual base::Twips TwipsPerPixel() const = 0;
+    // Twips of the screen to one twip inside the window; other than 1 where the window's monitor
+    // has another resolution than the system.
+    virtual float ScreenScale() const = 0;
     virtual void SetTopmost(bool topmost) = 0;
     virtual void BringToFront() = 0;
     virtual void SetPointer(Pointer pointer) = 0;
@@ -107,5 +112,7 @@ base::Size ScreenSize();
 // task bar covers.
 base::Rect VirtualScreen();
 base::Rect WorkAreaAt(const base::Point& point);
+// Where the pointer was when the message that is being handled was made.
+base::Point PointerOnScreen();
 
 }  // namespace nqp::forms

@@ -72,7 +72,7 @@ void Control::OnMouseDown(const base::MouseEvent& mouse) noexcept {
 }
 
 void Control::OnMouseMove(const base::MouseEvent& mouse) noexcept {
-    Guarded(Origin::User, [&] { MouseMove(mouse); });
+    Guarded(Origin::Program, [&] { MouseMove(mouse); });
 }
 
 void Control::OnMouseUp(const base::MouseEvent& mouse) noexcept {
@@ -90,7 +90,7 @@ void Control::OnValueChanged(int value) noexcept {
 }
 
 void Control::OnFocusLost() noexcept {
-    Guarded(Origin::User, [this] { LostFocus(); });
+    Guarded(Origin::Program, [this] { LostFocus(); });
 }
 
 }  // namespace nqp::forms

@@ -1,6 +1,7 @@
 #include "forms/form.h"
 
 #include <algorithm>
+#include <cassert>
 #include <functional>
 #include <utility>
 
@@ -11,15 +12,13 @@
 namespace nqp::forms {
 namespace {
 
-// The window of the program that was active last, also while another program is in front.
-Form* last_active = nullptr;
 int loaded_windows = 0;
 void (*last_window_unloaded)() = nullptr;
 
 // What is on the screen of an unloaded window, until the message loop lets it go.
 struct RetiredPeers {
-    std::vector<std::unique_ptr<ControlPeer>> controls;
     std::unique_ptr<WindowPeer> window;
+    std::vector<std::unique_ptr<ControlPeer>> controls;  // go first
 };
 
 }  // namespace
@@ -30,12 +29,10 @@ void SetLastWindowUnloaded(void (*handler)()) {
 
 Form::Form(const WindowState& state) : state_(state) {}
 
+// The window classes are unloaded by whoever put the program together: here their controls are
+// gone.
 Form::~Form() {
-    if (last_active == this) last_active = nullptr;
-    if (peer_) {
-        RetirePeers();
-        --loaded_windows;
-    }
+    assert(!peer_);
 }
 
 void Form::Load() {
@@ -73,11 +70,21 @@ void Form::RetirePeers() {
     }
     peer_->Retire();
     retired->window = std::move(peer_);
-    Post([retired] { retired->controls.clear(); });
+    Post([retired] {});
 }
 
 base::Twips Form::TwipsPerPixel() const {
     return peer_ ? peer_->TwipsPerPixel() : base::PixelsToTwips(1, base::kDesignDpi);
+}
+
+base::Point Form::PointOnScreen(const base::Point& inWindow) const {
+    const float scale = peer_ ? peer_->ScreenScale() : 1.0F;
+    return {Left() + inWindow.x * scale, Top() + inWindow.y * scale};
+}
+
+base::Size Form::ExtentOnScreen() const {
+    const float scale = peer_ ? peer_->ScreenScale() : 1.0F;
+    return {Width() * scale, Height() * scale};
 }
 
 void Form::Show() {
@@ -89,8 +96,6 @@ void Form::Show() {
     }
     visible_ = true;
     peer_->Show();
-    // Also where the system refused to put the window in front: it was shown all the same.
-    last_active = this;
     Guarded(Origin::Program, [this] { Form_Activate(); });
 }
 
@@ -147,27 +152,22 @@ void Form::PopupMenu(Menu& menu) {
     if (peer_) peer_->PopUp(menu);
 }
 
-bool Form::OpenedBy(const Form& other) const {
-    for (const Form* form = opener_; form != nullptr; form = form->opener_) {
-        if (form == &other) return true;
-    }
-    return false;
-}
-
 void Form::OnBoundsChanged(const base::Rect& bounds) noexcept {
     const base::Rect before = std::exchange(state_.bounds, bounds);
     if (before.width == bounds.width && before.height == bounds.height) return;
-    Guarded(Origin::User, [this] { Form_Resize(); });
+    Guarded(Origin::Program, [this] { Form_Resize(); });
 }
 
-void Form::OnActivated(bool byPerson) noexcept {
-    const Form* previous = std::exchange(last_active, this);
-    if (!byPerson || previous == nullptr || previous == this || previous->OpenedBy(*this)) return;
-    Guarded(Origin::User, [this] { Form_Activate(); });
+void Form::OnActivated() noexcept {
+    Guarded(Origin::Program, [this] { Form_Activate(); });
 }
 
 void Form::OnDeactivated() noexcept {
-    Guarded(Origin::User, [this] { Form_Deactivate(); });
+    Guarded(Origin::Program, [this] { Form_Deactivate(); });
+}
+
+void Form::OnResolutionChanged() noexcept {
+    Guarded(Origin::Program, [this] { Form_Resize(); });
 }
 
 void Form::OnCloseRequested() noexcept {
@@ -179,7 +179,7 @@ void Form::OnMouseDown(const base::MouseEvent& mouse) noexcept {
 }
 
 void Form::OnMouseMove(const base::MouseEvent& mouse) noexcept {
-    Guarded(Origin::User, [&] { Form_MouseMove(mouse); });
+    Guarded(Origin::Program, [&] { Form_MouseMove(mouse); });
 }
 
 void Form::OnMouseUp(const base::MouseEvent& mouse) noexcept {

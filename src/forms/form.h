@@ -45,6 +45,9 @@ public:
     void Move(const base::Rect& bounds);
     // Of this window; meaningful while it is loaded.
     base::Twips TwipsPerPixel() const;
+    // A point inside the window, and its whole extent, in twips of the screen.
+    base::Point PointOnScreen(const base::Point& inWindow) const;
+    base::Size ExtentOnScreen() const;
 
     // Changes neither place nor size.
     void SetTopmost(bool topmost);
@@ -54,8 +57,8 @@ public:
     void Drag(HitCode code);
     void PopupMenu(Menu& menu);
 
-    // To be called before Load: the window stays above its opener, and a return from it to its
-    // opener is no activation.
+    // To be called before Load: the window stays above its opener and goes with it, and a return
+    // from it to its opener is no activation.
     void SetOpener(Form& opener) { opener_ = &opener; }
 
     // The window of the platform; null while unloaded and in tests without windows.
@@ -86,8 +89,9 @@ private:
     friend class TimerControl;
 
     void OnBoundsChanged(const base::Rect& bounds) noexcept override;
-    void OnActivated(bool byPerson) noexcept override;
+    void OnActivated() noexcept override;
     void OnDeactivated() noexcept override;
+    void OnResolutionChanged() noexcept override;
     void OnCloseRequested() noexcept override;
     void OnMouseDown(const base::MouseEvent& mouse) noexcept override;
     void OnMouseMove(const base::MouseEvent& mouse) noexcept override;
@@ -95,7 +99,6 @@ private:
     bool OnKeyDown(const base::KeyEvent& key) noexcept override;
     void OnDestroyed() noexcept override;
 
-    bool OpenedBy(const Form& other) const;
     void CreatePeers();
     void RetirePeers();
 

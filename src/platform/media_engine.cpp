@@ -91,7 +91,7 @@ void MediaEngineImpl::Adopt(std::unique_ptr<PlaybackGraph> graph, const std::str
     duration_ = graph_->Duration();
     restingPosition_ = 0;
     graph_->SetVolume(volume_);
-    if (rate_ != 1.0) graph_->SetRate(rate_);
+    if (rate_ != 1.0 && !graph_->SetRate(rate_)) rate_ = 1.0;
     if (fullScreen_) graph_->MovePictureTo(fullScreen_->Handle());
     PlacePicture();
     graph_->ShowPicture(visible_ || !fullScreen_);
@@ -158,10 +158,10 @@ void MediaEngineImpl::SetRate(double rate) {
     if (std::isnan(rate)) return;
     const double wanted = std::clamp(rate, core::kSlowestRate, core::kFastestRate);
     if (wanted == rate_) return;
-    rate_ = wanted;
+    const double before = std::exchange(rate_, wanted);
     const bool moving = HoldStill();
     if (!graph_) return;
-    graph_->SetRate(rate_);
+    if (!graph_->SetRate(wanted)) rate_ = before;
     if (moving && !graph_->Run()) StopAfterFailure();
 }
 
@@ -208,7 +208,7 @@ void MediaEngineImpl::ChangeState(PlayState state) {
 }
 
 void MediaEngineImpl::OnMouseMove(const base::MouseEvent& mouse) {
-    Raise(forms::Origin::User, MouseMove, mouse);
+    Raise(forms::Origin::Program, MouseMove, mouse);
 }
 void MediaEngineImpl::OnMouseDown(const base::MouseEvent& mouse) {
     Raise(forms::Origin::User, MouseDown, mouse);

@@ -54,8 +54,8 @@ public:
     virtual bool Pause() = 0;
     // Called while held still; shows the picture of that time.
     virtual bool Seek(double seconds) = 0;
-    // Called while held still; keeps the position.
-    virtual void SetRate(double rate) = 0;
+    // Called while held still; keeps the position. False when the clip goes on as before.
+    virtual bool SetRate(double rate) = 0;
     virtual void SetVolume(std::int32_t hundredthsOfDecibel) = 0;
 
     virtual double Position() const = 0;

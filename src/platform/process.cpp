@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <ole2.h>
+
 #include "base/file.h"
 #include "core/command_line.h"
 #include "core/program_folder.h"
@@ -25,6 +27,12 @@ std::wstring ProgramFile() {
 
 }  // namespace
 
+OleSession::OleSession() : open_(SUCCEEDED(OleInitialize(nullptr))) {}
+
+OleSession::~OleSession() {
+    if (open_) OleUninitialize();
+}
+
 std::filesystem::path ProgramFolder() {
     return std::filesystem::path(ProgramFile()).parent_path();
 }
@@ -36,7 +44,7 @@ std::string ArgumentText() {
 void ShowErrorBox(const std::string& sentence) {
     MessageBoxW(nullptr, winapi::Utf16(sentence).c_str(),
                 winapi::Utf16(core::kApplicationTitle).c_str(),
-                MB_OK | MB_ICONERROR | MB_SETFOREGROUND | MB_TASKMODAL);
+                MB_OK | MB_ICONERROR | MB_SETFOREGROUND | MB_TASKMODAL | MB_TOPMOST);
 }
 
 void WriteDebugLine(const std::string& text) {

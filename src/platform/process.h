@@ -5,6 +5,19 @@
 
 namespace nqp::platform {
 
+// What automation, drag and drop and the media stacks need on the window thread, for as long as the
+// object lives.
+class OleSession {
+public:
+    OleSession();
+    ~OleSession();
+    OleSession(const OleSession&) = delete;
+    OleSession& operator=(const OleSession&) = delete;
+
+private:
+    bool open_;
+};
+
 // The folder of the program file; the settings, the playlist and the skins live in it.
 std::filesystem::path ProgramFolder();
 

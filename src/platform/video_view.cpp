@@ -71,8 +71,9 @@ LRESULT VideoView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             client_.OnPictureAreaChanged();
             return 0;
         case WM_SETCURSOR:
-            if (ShowCursor(lParam)) return TRUE;
-            break;
+            if (LOWORD(lParam) != HTCLIENT) break;
+            ShowCursor();
+            return TRUE;
         default:
             if (message >= WM_MOUSEFIRST && message <= WM_MBUTTONDBLCLK) {
                 return OnMouseMessage(message, wParam, lParam);
@@ -99,11 +100,18 @@ LRESULT VideoView::OnMouseMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return 0;
 }
 
-bool VideoView::ShowCursor(LPARAM hitTest) const {
-    if (LOWORD(hitTest) != HTCLIENT) return false;
+void VideoView::SetCursorType(int type) {
+    if (cursorType_ == type) return;
+    cursorType_ = type;
+    // The system asks for the shape before it reports the move that changed it.
+    POINT position{};
+    GetCursorPos(&position);
+    if (WindowFromPoint(position) == Handle()) ShowCursor();
+}
+
+void VideoView::ShowCursor() const {
     const bool sizing = cursorType_ == core::kSizingCursor;
     SetCursor(SystemCursor(sizing ? IDC_SIZENWSE : IDC_ARROW));
-    return true;
 }
 
 }  // namespace nqp::platform

@@ -41,14 +41,14 @@ public:
 
     void Resize(PixelSize size);
     void SetVisible(bool visible);
-    void SetCursorType(int type) { cursorType_ = type; }
+    void SetCursorType(int type);
     // Asks the client for a held picture, once for a whole series of changes such as a resizing.
     void AskForPicture();
 
 private:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnMouseMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    bool ShowCursor(LPARAM hitTest) const;
+    void ShowCursor() const;
 
     VideoViewClient& client_;
     const UINT scriptMessage_;

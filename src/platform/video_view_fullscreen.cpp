@@ -57,10 +57,8 @@ LRESULT FullScreenWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
             return 0;
         case WM_ACTIVATEAPP:
             // Another program that is brought forward must not stay hidden behind the picture.
-            if (wParam == FALSE) {
-                SetWindowPos(Handle(), HWND_NOTOPMOST, 0, 0, 0, 0,
-                             SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-            }
+            SetWindowPos(Handle(), wParam == FALSE ? HWND_NOTOPMOST : HWND_TOPMOST, 0, 0, 0, 0,
+                         SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
             return 0;
         case WM_TIMER:
             HidePointer();

@@ -1,6 +1,7 @@
 #include "remote/form4.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/file.h"
 #include "base/text.h"
@@ -151,9 +152,10 @@ void Form4::ReapplySettingsFile() {
     file.ApplyFragmentsAndSchedule(settings_);
 }
 
+// The shell puts a path with blanks in quotes, which no path has of its own.
 void Form4::OpenFromCommandLine() {
-    Form1_.MediaPlayer1().Open(context_.commandLine);
-    file_path_ = context_.commandLine;
+    file_path_ = base::WithoutQuotes(context_.commandLine);
+    Form1_.MediaPlayer1().Open(file_path_);
     ShowTitle(file_path_);
     ResetFragmentBounds();
     transport_.ready_to_play = true;
@@ -214,9 +216,7 @@ void Form4::Picture10_Click() {
 void Form4::Picture11_Click() {
     core::MediaEngine& engine = Form1_.MediaPlayer1();
     engine.SetVisible(false);
-    const auto path = context_.dialogs.OpenFile({.owner = Handle(),
-                                                 .title = "Nuvex Quillon Player - Open Media",
-                                                 .filter = {"All Media Types", "*.*"}});
+    const auto path = ChooseMedia();
     if (!path || !base::IsFile(base::PathFromUtf8(*path))) return;
     engine.Open(*path);
     file_path_ = *path;
@@ -224,6 +224,19 @@ void Form4::Picture11_Click() {
     ResetFragmentBounds();
     Form1_.BringForward();
     Picture7_Click();
+}
+
+// A dialog cannot be seen behind the full-screen picture; and while it is up, the windows it does
+// not own may ask for a second one.
+std::optional<std::string> Form4::ChooseMedia() {
+    if (choosing_) return std::nullopt;
+    Form1_.MediaPlayer1().SetDisplaySize(core::kWindowDisplay);
+    choosing_ = true;
+    const auto path = context_.dialogs.OpenFile({.owner = Handle(),
+                                                 .title = "Nuvex Quillon Player - Open Media",
+                                                 .filter = {"All Media Types", "*.*"}});
+    choosing_ = false;
+    return Loaded() ? path : std::nullopt;
 }
 
 // The video window first: the remote's own unload then saves and ends the program.
@@ -238,18 +251,29 @@ void Form4::CloseRequested() {
 }
 
 bool Form4::Form_KeyDown(const base::KeyEvent& key) {
-    const bool closes = key.KeyCode == base::kKeyEscape ||
-                        (key.KeyCode == base::kKeyF4 && key.Shift == base::kAltKey);
-    if (closes) CloseRequested();
-    return closes;
+    const bool altF4 = key.KeyCode == base::kKeyF4 && (key.Shift & base::kAltKey) != 0;
+    if (key.KeyCode == base::kKeyEscape || (altF4 && key.Shift == base::kAltKey)) {
+        CloseRequested();
+        return true;
+    }
+    // With a further shift key the system would close the window all the same.
+    return altF4;
 }
 
-// Carries the icon's button events, which arrive on the upper edge of the window.
+// Carries the icon's button events, in the place of the pointer's horizontal position.
 void Form4::Form_MouseMove(const base::MouseEvent& mouse) {
-    if (mouse.Y != 0 || mouse.Button != 0) return;
+    if (PointerIsAt(mouse)) return;
     const std::int32_t message = base::RoundHalfEven(mouse.X / TwipsPerPixel());
     if (message == kIconLeftButtonUp && tray_restore_) RestoreFromTray();
     if (message == kIconRightButtonUp) PopupMenu(context_.trayMenu);
+}
+
+// A real move tells where the pointer is; a wide remote reaches as far as the icon's numbers.
+bool Form4::PointerIsAt(const base::MouseEvent& mouse) const {
+    const base::Point reported = PointOnScreen({mouse.X, mouse.Y});
+    const base::Point pointer = forms::PointerOnScreen();
+    return std::abs(reported.x - pointer.x) < TwipsPerPixel() &&
+           std::abs(reported.y - pointer.y) < TwipsPerPixel();
 }
 
 void Form4::RestoreFromTray() {

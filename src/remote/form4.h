@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "core/file_dialogs.h"
@@ -23,7 +24,7 @@ namespace nqp::remote {
 // What the remote window works with; all of it outlives the window.
 struct RemoteContext {
     std::filesystem::path programFolder;
-    std::string commandLine;
+    std::string commandLine;  // as it was given: quotes are kept
     core::VideoWindow& Form1;
     forms::Menu& trayMenu;
     core::FileDialogs& dialogs;
@@ -82,6 +83,8 @@ private:
     void ResetFragmentBounds();
     void RecordPosition();
     void RestoreFromTray();
+    bool PointerIsAt(const base::MouseEvent& mouse) const;
+    std::optional<std::string> ChooseMedia();
     VolumeTrack Track() const;
 
     RemoteContext context_;
@@ -91,6 +94,7 @@ private:
     std::string file_path_;
     std::string title_;
     bool tray_restore_ = false;
+    bool choosing_ = false;  // the open dialog is up
 };
 
 }  // namespace nqp::remote

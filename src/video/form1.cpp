@@ -40,7 +40,7 @@ void Form1::Form_Load() {
 }
 
 void Form1::Form_Unload() {
-    Form5_->Unload();
+    Form5_->CloseAll();
     MediaPlayer1_.Detach();
 }
 
@@ -123,18 +123,52 @@ void Form1::MoveRemoteAlong() {
     Form4_->plY = base::RoundHalfEven(moved.y);
 }
 
-// The keys that open a context menu everywhere else open this one too.
+// Also gets the keys of the full-screen picture.
 bool Form1::Form_KeyDown(const base::KeyEvent& key) {
+    // The keys that open a context menu everywhere else open this one too.
     const bool asksForMenu = key.KeyCode == base::kKeyMenu ||
                              (key.KeyCode == base::kKeyF10 && key.Shift == base::kShiftKey);
     if (asksForMenu) OpenContextMenu({kMenuInset, kMenuInset});
-    return asksForMenu;
+    return asksForMenu || RunKey(key);
+}
+
+bool Form1::RunKey(const base::KeyEvent& key) {
+    const bool fullScreen = MediaPlayer1_.DisplaySize() == core::kFullScreenDisplay;
+    if (key.KeyCode == base::kKeyO && key.Shift == base::kControlKey) {
+        open_media();
+        return true;
+    }
+    if (key.Shift != 0) return false;
+    switch (key.KeyCode) {
+        case base::kKeySpace:
+            MediaPlayer1_.State() == core::PlayState::Playing ? pause_media() : play_media();
+            return true;
+        case base::kKeyF11:
+            fullScreen ? LeaveFullScreen() : Form5_->ShowFullScreen();
+            return true;
+        case base::kKeyEscape:
+            if (fullScreen) LeaveFullScreen();
+            return fullScreen;
+        default:
+            return false;
+    }
+}
+
+void Form1::LeaveFullScreen() {
+    MediaPlayer1_.SetDisplaySize(core::kWindowDisplay);
+}
+
+// What stands over the window goes with it.
+void Form1::HideWindow() {
+    LeaveFullScreen();
+    Form5_->CloseAll();
+    Hide();
 }
 
 void Form1::OpenContextMenu(base::Point inWindow) {
     menu_showing = true;
     Form5_->Load();
-    Form5_->PlaceAt({Left() + inWindow.x, Top() + inWindow.y});
+    Form5_->PlaceAt(PointOnScreen(inWindow));
     Form5_->SetTopmost(true);
     Form5_->highlighted_item = 0;
     Form5_->Show();
@@ -160,7 +194,7 @@ void Form1::i1_Click() {
 }
 
 void Form1::i2_Click() {
-    Hide();
+    HideWindow();
     Form4_->HideRemote();
 }
 

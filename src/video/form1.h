@@ -26,7 +26,7 @@ public:
     core::MediaEngine& MediaPlayer1() override { return MediaPlayer1_; }
     void LoadWindow() override { Load(); }
     void ShowWindow() override { Show(); }
-    void HideWindow() override { Hide(); }
+    void HideWindow() override;
     void UnloadWindow() override { Unload(); }
     void PlaceWindow() override;
     void MakeTopmost(bool topmost) override { SetTopmost(topmost); }
@@ -61,6 +61,8 @@ private:
     void RecordGeometry();
     void MoveRemoteAlong();
     void OpenContextMenu(base::Point inWindow);
+    bool RunKey(const base::KeyEvent& key);
+    void LeaveFullScreen();
 
     core::MediaEngine& MediaPlayer1_;
     core::RemoteWindow* Form4_ = nullptr;

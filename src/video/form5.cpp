@@ -92,9 +92,15 @@ void Form5::Connect(forms::Form& videoForm, core::VideoWindow& video, core::Remo
 
 void Form5::PlaceAt(base::Point topLeft) {
     const base::Rect area = forms::WorkAreaAt(topLeft);
-    const base::Twips left = std::max(area.left, std::min(topLeft.x, area.right() - Width()));
-    const base::Twips top = std::max(area.top, std::min(topLeft.y, area.bottom() - Height()));
+    const base::Size menu = ExtentOnScreen();
+    const base::Twips left = std::max(area.left, std::min(topLeft.x, area.right() - menu.width));
+    const base::Twips top = std::max(area.top, std::min(topLeft.y, area.bottom() - menu.height));
     Move({left, top, Width(), Height()});
+}
+
+void Form5::CloseAll() {
+    Unload();
+    Form6_->Unload();
 }
 
 void Form5::Form_Load() {

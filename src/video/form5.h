@@ -24,6 +24,10 @@ public:
     // Puts the top left corner at a point of the screen, as far as the menu then stays on it.
     void PlaceAt(base::Point topLeft);
 
+    // Also the play-rate dialog.
+    void CloseAll();
+    void ShowFullScreen();
+
     // The highlighted label, counted from 1; 0 for none.
     int highlighted_item = 0;
 
@@ -44,7 +48,6 @@ private:
     void Highlight(int item);
     void HighlightNeighbour(int step);
     void RunCommand(int index);
-    void ShowFullScreen();
     void ShowPlayRate();
     void ToggleMute();
 

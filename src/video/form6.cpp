@@ -66,7 +66,9 @@ Form6::Form6(core::MediaEngine& engine)
 
 void Form6::CentreOnScreen() {
     const base::Size screen = forms::ScreenSize();
-    Move({(screen.width - Width()) / 2, (screen.height - Height()) / 2, Width(), Height()});
+    const base::Size dialog = ExtentOnScreen();
+    Move({(screen.width - dialog.width) / 2, (screen.height - dialog.height) / 2, Width(),
+          Height()});
 }
 
 void Form6::Form_Load() {

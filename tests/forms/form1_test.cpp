@@ -111,6 +111,63 @@ TEST_F(Form1Test, AReturnFromThePlayRateDialogKeepsThePicture) {
     EXPECT_TRUE(player_.engine.Visible());
 }
 
+TEST_F(Form1Test, AReturnFromAnotherProgramAfterTheRemoteKeepsThePicture) {
+    PlayClip();
+    test::GoTo(player_.form4);
+    test::GoToAnotherProgram();
+    test::GoTo(form_);
+    EXPECT_TRUE(player_.engine.Visible());
+}
+
+TEST_F(Form1Test, EscapeLeavesFullScreenAndNothingElse) {
+    PlayClip();
+    player_.engine.SetDisplaySize(core::kFullScreenDisplay);
+    test::PressKey(form_, base::kKeyEscape);
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kWindowDisplay);
+    test::PressKey(form_, base::kKeyEscape);
+    EXPECT_TRUE(form_.Loaded());
+}
+
+TEST_F(Form1Test, F11SwitchesFullScreenOnAndOff) {
+    PlayClip();
+    test::PressKey(form_, base::kKeyF11);
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kFullScreenDisplay);
+    test::PressKey(form_, base::kKeyF11);
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kWindowDisplay);
+}
+
+TEST_F(Form1Test, SpacePlaysAndPauses) {
+    player_.engine.Open("clip.avi");
+    test::PressKey(form_, base::kKeySpace);
+    EXPECT_EQ(player_.engine.State(), PlayState::Playing);
+    test::PressKey(form_, base::kKeySpace);
+    EXPECT_EQ(player_.engine.State(), PlayState::Paused);
+    test::PressKey(form_, base::kKeySpace);
+    EXPECT_EQ(player_.engine.State(), PlayState::Playing);
+}
+
+TEST_F(Form1Test, ControlOOpensAFile) {
+    test::PressKey(form_, base::kKeyO);
+    EXPECT_EQ(player_.dialogs.lastRequest.title, "");
+    test::PressKey(form_, base::kKeyO, base::kControlKey);
+    EXPECT_EQ(player_.dialogs.lastRequest.title, "Nuvex Quillon Player - Open Media");
+}
+
+TEST_F(Form1Test, HidingLeavesNothingOfItBehind) {
+    PlayClip();
+    player_.engine.SetDisplaySize(core::kFullScreenDisplay);
+    player_.form6.Show();
+    form_.i2_Click();
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kWindowDisplay);
+    EXPECT_FALSE(test::OnScreen(player_.form6));
+}
+
+TEST_F(Form1Test, TakesItsDialogAlongWhenItGoes) {
+    player_.form6.Show();
+    form_.Unload();
+    EXPECT_FALSE(player_.form6.Loaded());
+}
+
 TEST_F(Form1Test, ShowsTheSizingPointerOverItsZones) {
     test::MovePointerOver(form_, 5160 - 100, 1000);
     EXPECT_EQ(test::PointerOf(form_), forms::Pointer::FourWaySizing);
@@ -313,6 +370,7 @@ protected:
     void SetUp() override {
         menu_.Connect(form_, form_, remote_, rate_);
         form_.Connect(remote_, menu_);
+        form_.Load();
         engine_.Open("clip.avi");
         engine_.Play();
     }

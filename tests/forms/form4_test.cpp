@@ -75,6 +75,19 @@ TEST(Start, OpensAFileFromTheCommandLine) {
     EXPECT_FALSE(player.form4.Flags().bPause);
 }
 
+TEST(Start, TakesTheQuotesOffAPath) {
+    Player player("\"C:\\my clips\\movie.avi\"");
+    player.Start();
+    EXPECT_EQ(player.engine.FileName(), "C:\\my clips\\movie.avi");
+    EXPECT_EQ(player.form4.glob_FilePath(), "C:\\my clips\\movie.avi");
+}
+
+TEST(Start, TakesTheSwitchInQuotesForAFile) {
+    Player player("\"/START\"");
+    EXPECT_EQ(player.Start(), core::LaunchMode::Ordinary);
+    EXPECT_TRUE(Contains(player.engine.calls, "Open /START"));
+}
+
 TEST(Start, ShowsAWholeNameWithoutADot) {
     Player player("C:\\clips\\movie");
     player.Start();
@@ -265,14 +278,28 @@ TEST(Geometry, OutsideOfEveryMonitorIsNotGoneTo) {
 }
 
 TEST(Geometry, ThatIsDamagedLeavesTheDefaults) {
-    for (int damaged = 1; damaged <= core::kSettingsRecordCount; ++damaged) {
+    for (const int damaged : {core::kRememberWindow, core::kVideoLeft, core::kVideoTop,
+                              core::kVideoWidth, core::kVideoHeight}) {
         Player player;
         player.PutSetting(core::kRememberWindow, "1");
+        player.PutSetting(core::kVideoLeft, "1500");
+        player.PutSetting(core::kVideoTop, "1800");
+        player.PutSetting(core::kVideoWidth, "4500");
+        player.PutSetting(core::kVideoHeight, "3000");
         player.PutSetting(damaged, "\xFF\xFE damaged");
         player.Start();
         EXPECT_TRUE(test::OnScreen(player.form1)) << damaged;
-        EXPECT_EQ(player.form1.Width(), 5160) << damaged;
+        EXPECT_EQ(player.form1.Bounds(), (base::Rect{3090, 1005, 5160, 3855})) << damaged;
     }
+}
+
+TEST(Geometry, OfTheRemoteIsTakenAsFarAsItIsWhole) {
+    Player player;
+    player.PutSetting(core::kRememberWindow, "1");
+    player.PutSetting(core::kRemoteLeft, "damaged");
+    player.PutSetting(core::kRemoteTop, "6000");
+    player.Start();
+    EXPECT_EQ(player.form4.RemotePosition(), (base::Point{3090, 6000}));
 }
 
 TEST(Saving, LeavesAnEmptyFileEmpty) {
@@ -382,14 +409,21 @@ TEST_F(OpenMedia, AsksForEveryMediaType) {
 
 TEST_F(OpenMedia, ACancelOnlyHidesThePicture) {
     player_.form4.Picture11_Click();
-    EXPECT_EQ(player_.engine.calls, Calls{"Visible = false"});
+    EXPECT_EQ(player_.engine.calls, (Calls{"Visible = false", "DisplaySize = 0"}));
     EXPECT_FALSE(player_.form4.Flags().ready_to_play);
+}
+
+TEST_F(OpenMedia, LeavesFullScreenForTheDialog) {
+    player_.engine.Open("C:\\clip.avi");
+    player_.engine.SetDisplaySize(core::kFullScreenDisplay);
+    player_.form4.Picture11_Click();
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kWindowDisplay);
 }
 
 TEST_F(OpenMedia, IgnoresAFileThatDoesNotExist) {
     player_.dialogs.answer = base::Utf8FromPath(player_.folder.Path() / "missing.avi");
     player_.form4.Picture11_Click();
-    EXPECT_EQ(player_.engine.calls, Calls{"Visible = false"});
+    EXPECT_EQ(player_.engine.calls, (Calls{"Visible = false", "DisplaySize = 0"}));
 }
 
 TEST(Tray, ALeftClickOnTheIconBringsTheWindowsBack) {

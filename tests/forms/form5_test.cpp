@@ -71,6 +71,13 @@ TEST_F(Form5Test, EveryCommandClosesTheMenuFirst) {
     }
 }
 
+TEST_F(Form5Test, IsGoneByTheTimeItsCommandRuns) {
+    bool goneThen = false;
+    player_.dialogs.whenAsked = [&] { goneThen = !menu_.Loaded() && !player_.form1.menu_showing; };
+    Choose(kOpen);
+    EXPECT_TRUE(goneThen);
+}
+
 TEST_F(Form5Test, PlaysAndPauses) {
     Choose(kPlay);
     EXPECT_EQ(player_.engine.State(), core::PlayState::Playing);

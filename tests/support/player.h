@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,10 +21,12 @@ class ScriptedDialogs final : public core::FileDialogs {
 public:
     std::optional<std::string> OpenFile(const core::OpenFileRequest& request) override {
         lastRequest = request;
+        if (whenAsked) whenAsked();
         return answer;
     }
 
     std::optional<std::string> answer;  // nothing: the person cancels
+    std::function<void()> whenAsked;
     core::OpenFileRequest lastRequest;
 };
 

@@ -32,17 +32,21 @@ void ScriptedEngine::StopHere() {
 
 void ScriptedEngine::Attach(base::NativeWindow, int controlId) {
     calls.push_back("Attach " + std::to_string(controlId));
+    attached_ = true;
 }
 
 void ScriptedEngine::Detach() {
     calls.emplace_back("Detach");
+    attached_ = false;
+    displaySize_ = core::kWindowDisplay;
     fileName_.clear();
     Enter(core::PlayState::Stopped);
 }
 
 void ScriptedEngine::Open(const std::string& path) {
     calls.push_back("Open " + path);
-    fileName_ = path.starts_with("bad") ? std::string() : path;
+    const bool opens = attached_ && !path.starts_with("bad");
+    fileName_ = opens ? path : std::string();
     position = 0;
     Enter(core::PlayState::Stopped);
     if (!autoStart_ || fileName_.empty()) return;
@@ -66,7 +70,7 @@ double ScriptedEngine::CurrentPosition() const {
 
 void ScriptedEngine::SetCurrentPosition(double seconds) {
     calls.push_back(Assigned("CurrentPosition", seconds));
-    position = seconds;
+    if (!fileName_.empty()) position = std::clamp(seconds, 0.0, duration);
 }
 
 void ScriptedEngine::SetVolume(std::int32_t hundredthsOfDecibel) {
@@ -86,7 +90,7 @@ void ScriptedEngine::SetAutoStart(bool on) {
 
 void ScriptedEngine::SetDisplaySize(int size) {
     calls.push_back(Assigned("DisplaySize", size));
-    displaySize_ = size;
+    if (size == core::kWindowDisplay || !fileName_.empty()) displaySize_ = size;
 }
 
 void ScriptedEngine::ShowDialog(int dialog) {

@@ -7,8 +7,9 @@
 
 namespace nqp::test {
 
-// An engine without media: it records what it is told ("Open b.avi", "CurrentPosition = 50") and a
-// test sets what it reports. Any path opens, but those that begin with "bad".
+// An engine without media, as strict as a real one: it records what it is told ("Open b.avi",
+// "CurrentPosition = 50") and a test sets what it reports. Any path opens, but those that begin
+// with "bad".
 class ScriptedEngine final : public core::MediaEngine {
 public:
     std::vector<std::string> calls;
@@ -53,6 +54,7 @@ public:
 private:
     void Enter(core::PlayState state);
 
+    bool attached_ = false;
     std::string fileName_;
     core::PlayState state_ = core::PlayState::Stopped;
     std::int32_t volume_ = 0;

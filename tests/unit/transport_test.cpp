@@ -35,6 +35,7 @@ private:
 class TransportTest : public testing::Test {
 protected:
     void OpenClip() {
+        engine_.Attach(nullptr, 1);
         engine_.Open("a.avi");
         engine_.ForgetCalls();
     }

@@ -1,5 +1,7 @@
 #include "forms/win32/screen.h"
 
+#include <windowsx.h>
+
 #include "forms/backend.h"
 
 namespace nqp::forms {
@@ -42,6 +44,13 @@ base::Rect WorkAreaAt(const base::Point& point) {
     monitor.cbSize = sizeof monitor;
     GetMonitorInfoW(MonitorFromPoint(pixel, MONITOR_DEFAULTTONEAREST), &monitor);
     return win32::ScreenRectangle(monitor.rcWork);
+}
+
+base::Point PointerOnScreen() {
+    const int dpi = win32::ScreenDpi();
+    const DWORD position = GetMessagePos();
+    return {base::PixelsToTwips(GET_X_LPARAM(position), dpi),
+            base::PixelsToTwips(GET_Y_LPARAM(position), dpi)};
 }
 
 }  // namespace nqp::forms

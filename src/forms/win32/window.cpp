@@ -182,18 +182,12 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
     if (events_ == nullptr) return false;
     switch (message) {
         case WM_WINDOWPOSCHANGED:
-            events_->OnBoundsChanged(Bounds());
+            // A minimised window is parked far outside of every screen.
+            if (IsIconic(hwnd_) == 0) events_->OnBoundsChanged(Bounds());
             return false;
-        case WM_ACTIVATE: {
-            const bool active = LOWORD(wParam) != WA_INACTIVE;
-            RememberFocus(active);
-            if (active) {
-                events_->OnActivated(PersonActedLast());
-            } else {
-                events_->OnDeactivated();
-            }
-            return IsDialog() && active;
-        }
+        case WM_ACTIVATE:
+            HandleActivation(LOWORD(wParam) != WA_INACTIVE, reinterpret_cast<HWND>(lParam));
+            return IsDialog() && LOWORD(wParam) != WA_INACTIVE;
         case WM_MOUSEACTIVATE:
             // A click that is to activate the window; a menu's hit code comes from a window manager
             // that gives the focus on its own account.
@@ -217,6 +211,27 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
         default:
             return false;
     }
+}
+
+// `other` is the window that was active before, or is next; null for one of another program.
+void Window::HandleActivation(bool active, HWND other) {
+    RememberFocus(active);
+    if (!active) {
+        deactivating_ = true;
+        events_->OnDeactivated();
+        deactivating_ = false;
+        return;
+    }
+    if (PersonActedLast() && Of(other) != nullptr && !Opened(other)) events_->OnActivated();
+}
+
+// Whether a window of the platform, also one that is no form, was opened by this one.
+bool Window::Opened(HWND other) const {
+    for (HWND owner = GetWindow(other, GW_OWNER); owner != nullptr;
+         owner = GetWindow(owner, GW_OWNER)) {
+        if (owner == hwnd_) return true;
+    }
+    return false;
 }
 
 // A dialog gives the focus back to the control that had it; the system would leave it on the
@@ -294,7 +309,8 @@ void Window::Retire() {
     // The owner becomes active before this window goes, so that nobody has to look for a successor
     // and finds one after the program has already put another window in front.
     const HWND owner = GetWindow(hwnd_, GW_OWNER);
-    if (GetActiveWindow() == hwnd_ && IsWindowVisible(owner) != 0) SetActiveWindow(owner);
+    const bool active = GetActiveWindow() == hwnd_ && !deactivating_;
+    if (active && IsWindowVisible(owner) != 0) SetActiveWindow(owner);
     ShowWindow(hwnd_, SW_HIDE);
 }
 
@@ -326,6 +342,12 @@ void Window::Move(const base::Rect& bounds) {
 base::Rect Window::Bounds() const {
     RECT pixels{};
     GetWindowRect(hwnd_, &pixels);
+    if (IsIconic(hwnd_) != 0) {
+        WINDOWPLACEMENT placement{};
+        placement.length = sizeof placement;
+        GetWindowPlacement(hwnd_, &placement);
+        pixels = placement.rcNormalPosition;
+    }
     base::Rect bounds = ScreenRectangle(pixels);
     bounds.width = base::PixelsToTwips(static_cast<int>(pixels.right - pixels.left), dpi_);
     bounds.height = base::PixelsToTwips(static_cast<int>(pixels.bottom - pixels.top), dpi_);
@@ -334,6 +356,10 @@ base::Rect Window::Bounds() const {
 
 base::Twips Window::TwipsPerPixel() const {
     return base::PixelsToTwips(1, dpi_);
+}
+
+float Window::ScreenScale() const {
+    return static_cast<float>(dpi_) / static_cast<float>(ScreenDpi());
 }
 
 void Window::SetTopmost(bool topmost) {
@@ -349,7 +375,12 @@ void Window::BringToFront() {
 }
 
 void Window::SetPointer(Pointer pointer) {
+    if (state_.pointer == pointer) return;
     state_.pointer = pointer;
+    // The system asks for the shape before it reports the move that changed it.
+    POINT position{};
+    GetCursorPos(&position);
+    if (WindowFromPoint(position) == hwnd_) SetCursor(CursorOf(pointer));
 }
 
 void Window::Drag(HitCode code) {

@@ -39,6 +39,7 @@ public:
     void Move(const base::Rect& bounds) override;
     base::Rect Bounds() const override;
     base::Twips TwipsPerPixel() const override;
+    float ScreenScale() const override;
     void SetTopmost(bool topmost) override;
     void BringToFront() override;
     void SetPointer(Pointer pointer) override;
@@ -54,6 +55,8 @@ private:
     bool HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     LRESULT ColourOfControl(HWND control, HDC canvas) noexcept;
     void Create(HWND owner);
+    void HandleActivation(bool active, HWND other);
+    bool Opened(HWND other) const;
     void RememberFocus(bool active);
     void ChangeDpi(int dpi, const RECT& suggested);
     void Paint() const;
@@ -64,6 +67,7 @@ private:
     HWND hwnd_ = nullptr;
     int dpi_ = base::kDesignDpi;
     HWND focus_ = nullptr;  // the control that had the focus last
+    bool deactivating_ = false;
     HWND toolTips_ = nullptr;
     std::vector<ControlWindow*> controls_;
 };

@@ -51,7 +51,7 @@ public:
     bool Run() override;
     bool Pause() override;
     bool Seek(double seconds) override;
-    void SetRate(double rate) override;
+    bool SetRate(double rate) override;
     void SetVolume(std::int32_t hundredthsOfDecibel) override;
     double Position() const override;
     double Duration() const override { return duration_; }
@@ -72,6 +72,7 @@ private:
     PixelSize PictureSize() const;
     void CountFrames();
     void PrepareRates();
+    bool UseScaledClock();
     void AddRendererFigures(PlaybackFigures& figures) const;
 
     ComPtr<IGraphBuilder> graph_;
@@ -180,30 +181,33 @@ bool Graph::Seek(double seconds) {
     return Pause() && SUCCEEDED(moved);
 }
 
-void Graph::SetRate(double rate) {
-    if (!scaledClock_) {
-        seeking_->SetRate(rate);
-        return;
-    }
+bool Graph::SetRate(double rate) {
+    if (!scaledClock_ && SUCCEEDED(seeking_->SetRate(rate))) return true;
     const double position = Position();
     control_->Stop();
-    scaledClock_->SetRate(rate);
-    Seek(position);
+    if (UseScaledClock()) scaledClock_->SetRate(rate);
+    return Seek(position) && scaledClock_;
 }
 
-// A platform, or a sound format, that does not take another rate is found out beforehand: such a
-// graph gets a clock that can go at any rate.
+// A platform that takes another rate and does not keep it is found out beforehand.
 void Graph::PrepareRates() {
     constexpr double kTrialRate = 2.0;
     double inForce = 0;
     const bool taken = SUCCEEDED(seeking_->SetRate(kTrialRate)) &&
                        SUCCEEDED(seeking_->GetRate(&inForce)) && inForce == kTrialRate;
     seeking_->SetRate(1.0);
-    if (taken) return;
+    if (!taken) UseScaledClock();
+}
+
+// A clock that can go at any rate, for a stopped graph whose platform, or sound, cannot.
+bool Graph::UseScaledClock() {
+    if (scaledClock_) return true;
     auto systemClock = ComPtr<IReferenceClock>::Create(CLSID_SystemClock);
-    if (!systemClock) return;
+    if (!systemClock) return false;
+    seeking_->SetRate(1.0);
     scaledClock_ = MakeCom<ScaledClock>(std::move(systemClock));
     timing_->SetSyncSource(scaledClock_.Get());
+    return true;
 }
 
 void Graph::SetVolume(std::int32_t hundredthsOfDecibel) {

@@ -66,7 +66,7 @@ public:
     bool Run() override { return Request(Answer::Playing, &IMFPMediaPlayer::Play); }
     bool Pause() override;
     bool Seek(double seconds) override;
-    void SetRate(double rate) override;
+    bool SetRate(double rate) override;
     void SetVolume(std::int32_t hundredthsOfDecibel) override;
     double Position() const override;
     double Duration() const override { return duration_; }
@@ -163,9 +163,10 @@ bool Player::Seek(double seconds) {
            events_->WaitFor(Answer::PositionSet);
 }
 
-void Player::SetRate(double rate) {
+bool Player::SetRate(double rate) {
     events_->Expect(Answer::RateSet);
-    if (SUCCEEDED(player_->SetRate(static_cast<float>(rate)))) events_->WaitFor(Answer::RateSet);
+    return SUCCEEDED(player_->SetRate(static_cast<float>(rate))) &&
+           events_->WaitFor(Answer::RateSet);
 }
 
 void Player::SetVolume(std::int32_t hundredthsOfDecibel) {

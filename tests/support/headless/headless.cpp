@@ -35,6 +35,13 @@ void RaiseToTop(Window* window) {
     windows.push_back(window);
 }
 
+bool OpenedBy(const Window& opened, const Window& opener) {
+    for (const Window* owner = opened.owner; owner != nullptr; owner = owner->owner) {
+        if (owner == &opener) return true;
+    }
+    return false;
+}
+
 // What the system does when the active window goes: its owner, else the next one down.
 void ActivateAnother(const Window& gone) {
     Window* next = gone.owner != nullptr && gone.owner->visible ? gone.owner : nullptr;
@@ -80,7 +87,8 @@ void MakeActive(Window* window, bool byPerson) {
     Window* before = std::exchange(active, window);
     if (window != nullptr) RaiseToTop(window);
     if (before != nullptr && before->events != nullptr) before->events->OnDeactivated();
-    if (window != nullptr && window->events != nullptr) window->events->OnActivated(byPerson);
+    if (window == nullptr || window->events == nullptr || !byPerson) return;
+    if (before != nullptr && !OpenedBy(*before, *window)) window->events->OnActivated();
 }
 
 void RunPostedTasks() {
@@ -214,6 +222,10 @@ base::Size ScreenSize() {
 
 base::Rect VirtualScreen() {
     return {0, 0, headless::kScreen.width, headless::kScreen.height};
+}
+
+base::Point PointerOnScreen() {
+    return {headless::kScreen.width, headless::kScreen.height};  // over the notification area
 }
 
 base::Rect WorkAreaAt(const base::Point&) {

@@ -21,6 +21,7 @@ public:
     void Move(const base::Rect& bounds) override;
     base::Rect Bounds() const override { return bounds; }
     base::Twips TwipsPerPixel() const override;
+    float ScreenScale() const override { return 1.0F; }
     void SetTopmost(bool on) override;
     void BringToFront() override;
     void SetPointer(forms::Pointer shape) override { pointer = shape; }

@@ -158,6 +158,8 @@ void PressKey(forms::Form& form, int keyCode, int shift) {
     message.hwnd = HandleOf(form);
     message.message = (shift & base::kAltKey) != 0 ? WM_SYSKEYDOWN : WM_KEYDOWN;
     message.wParam = static_cast<WPARAM>(keyCode);
+    constexpr LPARAM kAltIsHeld = LPARAM{1} << 29;
+    if ((shift & base::kAltKey) != 0) message.lParam = kAltIsHeld;
     forms::win32::Dispatch(message);
     HoldShiftKeys(0);
     RunMessages();
