@@ -234,7 +234,11 @@ class Player:
                 break
         else:
             raise AssertionError(f"the context menu has no command {caption!r}")
-        self.wait(MENU, "gone")
+        until(self.menu_is_off_the_screen, 5, "the menu closes")
+
+    def menu_is_off_the_screen(self) -> bool:
+        """Its window outlives it, unseen, for as long as a modal dialog is up."""
+        return self.is_in(MENU, "gone") or self.is_in(MENU, "hidden")
 
     def show_picture(self) -> None:
         """The video window comes to the front, and the picture that this hides is shown again."""

@@ -4,6 +4,9 @@ from __future__ import annotations
 
 import subprocess
 
+from screen import Rect
+from waiting import until
+
 LEFT = 1
 RIGHT = 3
 Point = tuple[int, int]
@@ -47,6 +50,19 @@ class Pointer:
             command, env=self._env, check=False, capture_output=True, text=True, timeout=20
         )
         return found.stdout.strip()
+
+    def wait_for_keys_at(self, place: Rect) -> None:
+        """Until the display sends keys to the window at this place."""
+
+        def is_there() -> bool:
+            command = ["xdotool", "getwindowfocus", "getwindowgeometry", "--shell"]
+            found = subprocess.run(
+                command, env=self._env, check=False, capture_output=True, text=True, timeout=20
+            )
+            values = dict(line.split("=", 1) for line in found.stdout.splitlines() if "=" in line)
+            return (values.get("X"), values.get("Y")) == (str(place.left), str(place.top))
+
+        until(is_there, 5, f"keys go to the window at {place}")
 
     def key(self, *keys: str) -> None:
         self._run("key", "--delay", 40, *keys)

@@ -2,9 +2,14 @@
 
 from __future__ import annotations
 
+import shutil
+
+import clips
 import pytest
 from conftest import Desk
 from player import (
+    FULL_SCREEN,
+    IN_WINDOW,
     MENU,
     PAUSED,
     PLAY_RATE,
@@ -17,6 +22,7 @@ from player import (
     Player,
 )
 from pointer import LEFT, RIGHT, Pointer
+from stage import windows_path
 from waiting import until
 from windowmap import control_id
 
@@ -35,6 +41,10 @@ CAPTIONS = [
     "Exit",
 ]
 SCREEN_SIZE = (1280, 1024)
+# The system's open dialog.
+FILE_DIALOG = "#32770"
+FILE_NAME_FIELD = 0x47C
+OK_BUTTON, CANCEL_BUTTON = 1, 2
 
 
 def open_in_sight(player: Player) -> None:
@@ -204,6 +214,64 @@ def test_play_rate_shows_the_rate_in_force(playing: Player) -> None:
     close_play_rate(playing)
 
 
+def test_open_plays_the_file_that_is_chosen(player: Player) -> None:
+    chosen = player.folder.path.parent / "другой 剪辑.part2.avi"
+    shutil.copyfile(clips.path("mpeg4-mp3.avi"), chosen)
+    open_in_sight(player)
+    player.choose("Open ...")
+    player.wait(FILE_DIALOG, "visible")
+    player.wait_for(visible=0)
+    field = f"{FILE_DIALOG}@{player.process}"
+    player.ctl.ask("settext", field, FILE_NAME_FIELD, windows_path(chosen))
+    player.ctl.ask("command", field, OK_BUTTON)
+    player.wait(FILE_DIALOG, "gone")
+    player.wait_for(state=PLAYING, visible=1)
+    assert player.text(REMOTE, "Label1") == "другой 剪辑"
+
+
+def test_cancelling_open_leaves_the_clip_and_hides_it(player: Player) -> None:
+    open_in_sight(player)
+    player.choose("Open ...")
+    player.wait(FILE_DIALOG, "visible")
+    player.ctl.ask("command", f"{FILE_DIALOG}@{player.process}", CANCEL_BUTTON)
+    player.wait(FILE_DIALOG, "gone")
+    assert player.playback().visible == 0
+    assert player.playback().duration > 0
+
+
+def test_menu_in_full_screen_gives_escape_back(player: Player, pointer: Pointer) -> None:
+    open_in_sight(player)
+    player.choose("Fullscreen")
+    player.wait_for(display=FULL_SCREEN)
+    pointer.click((900, 700), RIGHT)
+    player.wait(MENU, "visible")
+    menu = player.rect(MENU)
+    assert abs(menu.left - 900) <= 1 and abs(menu.top - 700) <= 1
+    pointer.key("Down", "Down", "Return")
+    player.wait(MENU, "gone")
+    player.wait_for(state=PAUSED, display=FULL_SCREEN)
+    pointer.key("Escape")
+    player.wait_for(display=IN_WINDOW, visible=1)
+
+
+def test_keys_of_the_video_window(player: Player, pointer: Pointer) -> None:
+    open_in_sight(player)
+    pointer.key("space")
+    player.wait_for(state=PAUSED)
+    pointer.key("space")
+    player.wait_for(state=PLAYING)
+    pointer.key("F11")
+    player.wait_for(display=FULL_SCREEN)
+    pointer.key("space")
+    player.wait_for(state=PAUSED)
+    pointer.key("Escape")
+    player.wait_for(display=IN_WINDOW)
+    pointer.key("shift+F10")
+    player.wait(MENU, "visible")
+    pointer.key("Escape")
+    player.wait(MENU, "gone")
+
+
 def test_exit_ends_the_program(player: Player) -> None:
     player.open()
     player.show_picture()
@@ -215,6 +283,7 @@ def test_exit_ends_the_program(player: Player) -> None:
 
 def test_escape_on_the_remote_ends_the_program(player: Player, pointer: Pointer) -> None:
     player.start_and_show()
-    until(lambda: player.foreground() == REMOTE, 5, "the remote is in front")
+    pointer.click(player.client(REMOTE).point(0.5, 0.9))
+    pointer.wait_for_keys_at(player.rect(REMOTE))
     pointer.key("Escape")
     assert player.ended() == 0
