@@ -6,7 +6,7 @@
 #include "core/main_app.h"
 #include "forms/run_time_error.h"
 #include "forms/win32/message_loop.h"
-#include "platform/media_engine.h"
+#include "platform/engine/media_engine.h"
 #include "platform/notification_icon.h"
 #include "platform/process.h"
 #include "platform/system_dialogs.h"

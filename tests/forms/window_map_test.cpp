@@ -51,7 +51,7 @@ std::string WindowMap(const Player& player) {
     map << "\n| id | control | kind |\n|---|---|---|\n"
            "| 101 | `MediaPlayer1` | media player, class `nqp.MediaPlayer` |\n\n"
            "The media player answers the registered window message \"nqp.MediaPlayer\"; its "
-           "numbers are in\n`src/platform/script_messages.h`.\n";
+           "numbers are in\n`src/platform/engine/script_messages.h`.\n";
     Describe(player.form4, "the remote control", map);
     Describe(player.form5, "the context menu", map);
     Describe(player.form6, "the play-rate dialog", map);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "engine_window.h"
-#include "platform/script_messages.h"
+#include "platform/engine/script_messages.h"
 
 namespace nqp::test {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/media_engine.h"
-#include "platform/script_messages.h"
+#include "platform/engine/media_engine.h"
+#include "platform/engine/script_messages.h"
 
 namespace nqp::test {
 

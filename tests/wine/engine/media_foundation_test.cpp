@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "engine_window.h"
-#include "platform/media_engine_graph.h"
-#include "platform/media_foundation/player.h"
+#include "platform/engine/media_foundation/player.h"
+#include "platform/engine/playback_graph.h"
 
 namespace nqp::test {
 namespace {
