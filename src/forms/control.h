@@ -44,7 +44,6 @@ public:
     const std::string& ToolTipText() const { return state_.toolTip; }
     void SetToolTipText(const std::string& text);
     void SetColors(Color fore, Color back);
-    Color ForeColor() const { return state_.foreColor; }
     Color BackColor() const { return state_.backColor; }
     void SetFocus();
 

@@ -23,7 +23,6 @@ public:
 
     const WindowState& State() const { return state_; }
     const std::vector<Control*>& Controls() const { return controls_; }
-    const std::vector<TimerControl*>& Timers() const { return timers_; }
 
     // Creates the window, hidden, and runs Form_Load; a loaded window is left as it is.
     void Load();

@@ -14,7 +14,7 @@ constexpr Color Rgb(unsigned red, unsigned green, unsigned blue) {
     return red | green << 8U | blue << 16U;
 }
 
-enum class Pointer { Arrow, FourWaySizing, Hand };
+enum class Pointer { Arrow, FourWaySizing };
 enum class Align { Left, Center, Right };
 enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider };
 

@@ -50,9 +50,8 @@ public:
     base::Point RemotePosition() const override { return {Left(), Top()}; }
     void MoveRemote(base::Point topLeft) override;
 
-    // The path of the file that was opened last, and the name it is shown by.
+    // The path of the file that was opened last.
     const std::string& glob_FilePath() const { return file_path_; }
-    const std::string& CurrentTitle() const { return title_; }
     const Transport& Flags() const { return transport_; }
 
     forms::Label Label1;   // title

@@ -35,6 +35,8 @@ public:
     std::vector<std::string> events;
     bool failsOnClick = false;
     bool failsOnLoad = false;
+    bool unloadsOnTick = false;
+    int ticks = 0;
 
 private:
     void Form_Load() override {
@@ -53,7 +55,10 @@ private:
         Unload();
     }
     void Text1_Change() { events.push_back("Change " + Text1.Text()); }
-    void Timer1_Timer() {}
+    void Timer1_Timer() {
+        ++ticks;
+        if (unloadsOnTick) Unload();
+    }
 };
 
 using Events = std::vector<std::string>;
@@ -222,6 +227,26 @@ TEST(Form, SeesKeysWithTheirShiftState) {
     form.events.clear();
     test::PressKey(form, base::kKeyF4, base::kAltKey | base::kShiftKey);
     EXPECT_EQ(form.events, Events{"Key 115 5"});
+}
+
+TEST(Form, ItsTimerTicksWhileItIsLoadedHiddenOrNot) {
+    Sample form("Sample");
+    form.Load();
+    EXPECT_TRUE(test::WaitUntil([&] { return form.ticks >= 3; }));
+    form.Unload();
+    const int ticks = form.ticks;
+    Sample other("Sample2");
+    other.Load();
+    EXPECT_TRUE(test::WaitUntil([&] { return other.ticks >= 3; }));
+    EXPECT_EQ(form.ticks, ticks);
+}
+
+TEST(Form, MayUnloadInItsOwnTimer) {
+    Sample form("Sample");
+    form.unloadsOnTick = true;
+    form.Load();
+    EXPECT_TRUE(test::WaitUntil([&] { return !form.Loaded(); }));
+    EXPECT_EQ(form.ticks, 1);
 }
 
 TEST(Form, ClosesByTheSystemsMeans) {

@@ -6,8 +6,6 @@
 #include <set>
 #include <sstream>
 
-#include "forms/menu.h"
-#include "forms/timer_control.h"
 #include "player.h"
 
 namespace nqp::test {

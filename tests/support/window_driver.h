@@ -44,5 +44,7 @@ forms::Pointer PointerOf(const forms::Form& form);
 
 // Handles what is waiting in the message loop, posted tasks included.
 void RunMessages();
+// Lets time pass until the condition holds; false when it does not within some seconds.
+bool WaitUntil(const std::function<bool()>& condition);
 
 }  // namespace nqp::test

@@ -60,8 +60,6 @@ HCURSOR CursorOf(Pointer pointer) {
     switch (pointer) {
         case Pointer::FourWaySizing:
             return LoadCursorW(nullptr, IDC_SIZEALL);
-        case Pointer::Hand:
-            return LoadCursorW(nullptr, IDC_HAND);
         default:
             return LoadCursorW(nullptr, IDC_ARROW);
     }

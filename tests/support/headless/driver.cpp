@@ -119,4 +119,13 @@ void RunMessages() {
     headless::RunPostedTasks();
 }
 
+bool WaitUntil(const std::function<bool()>& condition) {
+    constexpr int kTicks = 100;
+    for (int tick = 0; tick < kTicks && !condition(); ++tick) {
+        headless::TickTimers();
+        RunMessages();
+    }
+    return condition();
+}
+
 }  // namespace nqp::test

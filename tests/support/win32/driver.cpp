@@ -253,4 +253,15 @@ void RunMessages() {
     forms::win32::RunPostedTasks();
 }
 
+bool WaitUntil(const std::function<bool()>& condition) {
+    constexpr ULONGLONG kDeadline = 5000;  // milliseconds
+    constexpr DWORD kSlice = 20;
+    for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < kDeadline;) {
+        if (condition()) return true;
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, kSlice, QS_ALLINPUT);
+        RunMessages();
+    }
+    return condition();
+}
+
 }  // namespace nqp::test
