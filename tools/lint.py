@@ -25,9 +25,9 @@ MAY_INCLUDE: dict[str, set[str]] = {
     "base": set(),
     "core": {"base"},
     "forms": {"base"},
-    "winapi": {"base"},
-    "forms/win32": {"base", "forms", "winapi"},
-    "platform": {"base", "core", "forms", "winapi"},
+    "forms/win32/winapi": {"base"},
+    "forms/win32": {"base", "forms", "forms/win32/winapi"},
+    "platform": {"base", "core", "forms", "forms/win32/winapi"},
     "video": WINDOWS_OF,
     "remote": WINDOWS_OF,
     "playlist": WINDOWS_OF,
@@ -35,7 +35,6 @@ MAY_INCLUDE: dict[str, set[str]] = {
     "wizard": WINDOWS_OF,
 }
 WINDOWS_HEADER_PLACES = (
-    "src/winapi/",
     "src/forms/win32/",
     "src/platform/",
     "src/app/",
@@ -160,7 +159,10 @@ def own_includes(path: pathlib.Path) -> Iterator[tuple[int, pathlib.Path]]:
 
 def layer_of(path: pathlib.Path) -> str:
     inner = path.relative_to(SRC).as_posix()
-    return "forms/win32" if inner.startswith("forms/win32/") else inner.split("/")[0]
+    for layer in ("forms/win32/winapi", "forms/win32"):
+        if inner.startswith(layer + "/"):
+            return layer
+    return inner.split("/")[0]
 
 
 def in_src(files: list[pathlib.Path]) -> list[pathlib.Path]:

@@ -6,17 +6,18 @@
 
 #include <algorithm>
 
+#include "forms/win32/winapi/gdi.h"
+
 namespace nqp::platform {
 namespace {
 
-constexpr int kIconResource = 1;
 constexpr UINT kCallbackMessage = WM_MOUSEMOVE;  // 512
 constexpr UINT kMessageIconAndTip = NIF_MESSAGE | NIF_ICON | NIF_TIP;
 
 HICON ProgramIcon() {
-    return static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kIconResource),
-                                         IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
-                                         GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    return static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(winapi::kProgramIcon), IMAGE_ICON,
+                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "base/file.h"
 #include "core/command_line.h"
 #include "core/program_folder.h"
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::platform {
 namespace {

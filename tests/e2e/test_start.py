@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import pathlib
 import shutil
+import time
 
 import clips
 import pytest
@@ -14,11 +15,15 @@ from waiting import until
 BOUNDS = [f"Text{number}" for number in range(1, 7)]
 
 
-def shows_no_window(player: Player) -> None:
-    player.start()
+def shows_no_window(player: Player, command_line: str = "") -> None:
+    player.start(command_line)
+    assert not windows_of_the_program(player)
     assert player.ended() == 0
-    listed = player.ctl.ask("list")
-    assert not [row for row in listed if row[2].startswith("nqp.")]
+    assert not windows_of_the_program(player)
+
+
+def windows_of_the_program(player: Player) -> list[list[str]]:
+    return [row for row in player.ctl.ask("list") if row[2].startswith("nqp.")]
 
 
 def copy_of_clip(folder: pathlib.Path, name: str) -> pathlib.Path:
@@ -53,6 +58,14 @@ def test_empty_marker_counts_as_automation_start(player: Player) -> None:
 def test_marker_of_automation_start_is_set_back(player: Player) -> None:
     player.folder.set_marker(b"1")
     shows_no_window(player)
+    assert player.folder.marker() == b"0"
+
+
+def test_automation_start_that_no_client_uses_ends_by_itself(player: Player) -> None:
+    player.folder.set_marker(b"1")
+    started = time.monotonic()
+    shows_no_window(player, "-Embedding")
+    assert time.monotonic() - started > 5, "it gives a client time to come"
     assert player.folder.marker() == b"0"
 
 

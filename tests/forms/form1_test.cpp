@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fake_remote.h"
 #include "player.h"
 
 namespace nqp::video {
@@ -349,22 +350,10 @@ TEST_F(Form1Test, ItsOperationsAreTheRemotesButtons) {
 // The remote without a list counts how often the end of a clip reached it.
 class EndOfClip : public testing::Test {
 protected:
-    class CountingRemote final : public core::RemoteWindow {
+    class CountingRemote final : public test::FakeRemote {
     public:
         int advances = 0;
-        core::SharedSettings settings;
-        const core::SharedSettings& Settings() const override { return settings; }
-        void Picture1_Click() override {}
-        void Picture7_Click() override {}
-        void Picture9_Click() override {}
-        void Picture10_Click() override {}
-        void Picture11_Click() override {}
         void next_playlist_item() override { ++advances; }
-        void ShowRemote() override {}
-        void ShowRemoteOnTop() override {}
-        void HideRemote() override {}
-        base::Point RemotePosition() const override { return {}; }
-        void MoveRemote(base::Point) override {}
     };
 
     void SetUp() override {

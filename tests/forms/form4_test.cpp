@@ -29,6 +29,14 @@ Calls BoundsShownBy(Form4& form) {
     return texts;
 }
 
+void RememberVideoWindow(const Player& player) {
+    player.PutSetting(core::kRememberWindow, "1");
+    player.PutSetting(core::kVideoLeft, "1500");
+    player.PutSetting(core::kVideoTop, "1800");
+    player.PutSetting(core::kVideoWidth, "4500");
+    player.PutSetting(core::kVideoHeight, "3000");
+}
+
 TEST(Start, ShowsBothWindows) {
     Player player;
     EXPECT_EQ(player.Start(), core::LaunchMode::Ordinary);
@@ -213,11 +221,7 @@ TEST(Volume, StaysLoudWhenNoUnloadEverWroteIt) {
 
 TEST(Geometry, IsRestoredWhenItIsRemembered) {
     Player player;
-    player.PutSetting(core::kRememberWindow, "1");
-    player.PutSetting(core::kVideoLeft, "1500");
-    player.PutSetting(core::kVideoTop, "1800");
-    player.PutSetting(core::kVideoWidth, "4500");
-    player.PutSetting(core::kVideoHeight, "3000");
+    RememberVideoWindow(player);
     player.PutSetting(core::kRemoteLeft, "2100");
     player.PutSetting(core::kRemoteTop, "6000");
     player.Start();
@@ -229,11 +233,7 @@ TEST(Geometry, IsRestoredWhenItIsRemembered) {
 
 TEST(Geometry, OfAHiddenStartIsThereWhenTheWindowsComeUp) {
     Player player("/START");
-    player.PutSetting(core::kRememberWindow, "1");
-    player.PutSetting(core::kVideoLeft, "1500");
-    player.PutSetting(core::kVideoTop, "1800");
-    player.PutSetting(core::kVideoWidth, "4500");
-    player.PutSetting(core::kVideoHeight, "3000");
+    RememberVideoWindow(player);
     player.Start();
     test::ReportFromTrayIcon(player.form4, 514);
     EXPECT_EQ(player.form1.Bounds(), (base::Rect{1500, 1800, 4500, 3000}));
@@ -281,11 +281,7 @@ TEST(Geometry, ThatIsDamagedLeavesTheDefaults) {
     for (const int damaged : {core::kRememberWindow, core::kVideoLeft, core::kVideoTop,
                               core::kVideoWidth, core::kVideoHeight}) {
         Player player;
-        player.PutSetting(core::kRememberWindow, "1");
-        player.PutSetting(core::kVideoLeft, "1500");
-        player.PutSetting(core::kVideoTop, "1800");
-        player.PutSetting(core::kVideoWidth, "4500");
-        player.PutSetting(core::kVideoHeight, "3000");
+        RememberVideoWindow(player);
         player.PutSetting(damaged, "\xFF\xFE damaged");
         player.Start();
         EXPECT_TRUE(test::OnScreen(player.form1)) << damaged;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fake_remote.h"
 #include "scripted_engine.h"
 
 namespace nqp::remote {
@@ -9,24 +10,10 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-class FakeRemote final : public core::RemoteWindow {
+class WatchedRemote final : public test::FakeRemote {
 public:
-    explicit FakeRemote(test::ScriptedEngine& engine) : engine_(engine) {}
-
-    core::SharedSettings settings;
-
-    const core::SharedSettings& Settings() const override { return settings; }
-    void Picture1_Click() override {}
-    void Picture7_Click() override {}
-    void Picture9_Click() override {}
-    void Picture10_Click() override {}
-    void Picture11_Click() override {}
-    void next_playlist_item() override {}
-    void ShowRemote() override {}
+    explicit WatchedRemote(test::ScriptedEngine& engine) : engine_(engine) {}
     void ShowRemoteOnTop() override { engine_.calls.emplace_back("remote on top"); }
-    void HideRemote() override {}
-    base::Point RemotePosition() const override { return {}; }
-    void MoveRemote(base::Point) override {}
 
 private:
     test::ScriptedEngine& engine_;
@@ -41,7 +28,7 @@ protected:
     }
 
     test::ScriptedEngine engine_;
-    FakeRemote remote_{engine_};
+    WatchedRemote remote_{engine_};
     Transport transport_{engine_, remote_};
 };
 

@@ -1,8 +1,8 @@
 #include "forms/win32/drawn_control.h"
 
 #include "forms/win32/graphics.h"
-#include "winapi/mouse.h"
-#include "winapi/text.h"
+#include "forms/win32/winapi/mouse.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::forms::win32 {
 namespace {

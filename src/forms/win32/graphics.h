@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "forms/state.h"
-#include "winapi/gdi.h"
+#include "forms/win32/winapi/gdi.h"
 
 namespace nqp::forms::win32 {
 

@@ -5,8 +5,8 @@
 
 #include "forms/menu.h"
 #include "forms/run_time_error.h"
+#include "forms/win32/winapi/text.h"
 #include "forms/win32/window.h"
-#include "winapi/text.h"
 
 namespace nqp::forms::win32 {
 namespace {

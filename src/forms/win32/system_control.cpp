@@ -4,8 +4,8 @@
 
 #include "forms/win32/control_window.h"
 #include "forms/win32/drawn_control.h"
+#include "forms/win32/winapi/text.h"
 #include "forms/win32/window.h"
-#include "winapi/text.h"
 
 namespace nqp::forms {
 namespace win32 {

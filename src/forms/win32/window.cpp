@@ -10,14 +10,13 @@
 #include "forms/win32/graphics.h"
 #include "forms/win32/message_loop.h"
 #include "forms/win32/screen.h"
-#include "winapi/mouse.h"
-#include "winapi/text.h"
+#include "forms/win32/winapi/gdi.h"
+#include "forms/win32/winapi/mouse.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::forms {
 namespace win32 {
 namespace {
-
-constexpr int kIconResource = 1;  // the program's own icon
 
 std::unordered_map<HWND, Window*>& Windows() {
     static std::unordered_map<HWND, Window*> windows;
@@ -50,7 +49,7 @@ std::wstring RegisterWindowClass(const WindowState& state, WNDPROC procedure) {
     windowClass.style = CS_DBLCLKS | (state.frame == FrameStyle::Popup ? CS_DROPSHADOW : 0U);
     windowClass.lpfnWndProc = procedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(kIconResource));
+    windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(winapi::kProgramIcon));
     windowClass.lpszClassName = name.c_str();
     RegisterClassExW(&windowClass);  // fails, harmlessly, from the second time on
     return name;

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "forms/win32/winapi/gdi.h"
 #include "platform/engine/message_window.h"
-#include "winapi/gdi.h"
 
 namespace nqp::platform {
 

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::platform {
 

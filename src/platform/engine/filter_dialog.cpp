@@ -1,6 +1,6 @@
 #include "platform/engine/filter_dialog.h"
 
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::platform {
 

@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "forms/run_time_error.h"
+#include "forms/win32/winapi/text.h"
 #include "platform/engine/directshow/graph.h"
 #include "platform/engine/file_spellings.h"
 #include "platform/engine/media_engine_impl.h"
 #include "platform/engine/media_foundation/player.h"
-#include "winapi/text.h"
 
 namespace nqp::platform {
 

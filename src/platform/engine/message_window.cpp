@@ -3,13 +3,9 @@
 #include <exception>
 #include <utility>
 
+#include "forms/win32/winapi/gdi.h"
+
 namespace nqp::platform {
-
-namespace {
-
-constexpr int kProgramIcon = 1;  // resource number
-
-}  // namespace
 
 PixelSize MessageWindow::ClientSize() const {
     RECT client{};
@@ -28,7 +24,7 @@ bool MessageWindow::Create(const Description& description) {
     windowClass.style = description.classStyle;
     windowClass.lpfnWndProc = Procedure;
     windowClass.hInstance = module;
-    windowClass.hIcon = LoadIconW(module, MAKEINTRESOURCEW(kProgramIcon));
+    windowClass.hIcon = LoadIconW(module, MAKEINTRESOURCEW(winapi::kProgramIcon));
     windowClass.hCursor = SystemCursor(IDC_ARROW);
     windowClass.hbrBackground = description.background;
     windowClass.lpszClassName = description.className;

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::platform {
 

@@ -4,8 +4,8 @@
 
 #include "base/geometry.h"
 #include "core/media_engine.h"
+#include "forms/win32/winapi/mouse.h"
 #include "platform/engine/script_messages.h"
-#include "winapi/mouse.h"
 
 namespace nqp::platform {
 

@@ -10,7 +10,7 @@
 #include "base/geometry.h"
 #include "forms/win32/message_loop.h"
 #include "forms/win32/screen.h"
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 #include "window_driver.h"
 
 namespace nqp::test {

@@ -9,7 +9,7 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 namespace nqp::platform::directshow {
 

@@ -11,11 +11,11 @@
 
 #include <amvideo.h>  // needs dshow.h before it
 
+#include "forms/win32/winapi/text.h"
 #include "platform/engine/directshow/filters.h"
 #include "platform/engine/directshow/frame_counter.h"
 #include "platform/engine/directshow/known_filters.h"
 #include "platform/engine/directshow/scaled_clock.h"
-#include "winapi/text.h"
 
 namespace nqp::platform::directshow {
 

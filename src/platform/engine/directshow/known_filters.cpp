@@ -5,8 +5,8 @@
 #include <map>
 #include <vector>
 
+#include "forms/win32/winapi/text.h"
 #include "platform/engine/directshow/filters.h"
-#include "winapi/text.h"
 
 namespace nqp::platform::directshow {
 

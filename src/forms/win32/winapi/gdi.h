@@ -7,6 +7,8 @@
 
 namespace nqp::winapi {
 
+inline constexpr int kProgramIcon = 1;  // number of the resource
+
 struct GdiDeleter {
     using pointer = HGDIOBJ;
     void operator()(HGDIOBJ object) const { DeleteObject(object); }

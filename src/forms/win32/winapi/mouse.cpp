@@ -1,4 +1,4 @@
-#include "winapi/mouse.h"
+#include "forms/win32/winapi/mouse.h"
 
 #include <windowsx.h>
 

@@ -1,4 +1,4 @@
-#include "winapi/gdi.h"
+#include "forms/win32/winapi/gdi.h"
 
 #include <cmath>
 

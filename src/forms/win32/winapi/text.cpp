@@ -1,4 +1,4 @@
-#include "winapi/text.h"
+#include "forms/win32/winapi/text.h"
 
 #include <windows.h>
 
