@@ -202,7 +202,7 @@ void Graph::PrepareRates() {
 // A clock that can go at any rate, for a stopped graph whose platform, or sound, cannot.
 bool Graph::UseScaledClock() {
     if (scaledClock_) return true;
-    auto systemClock = ComPtr<IReferenceClock>::Create(CLSID_SystemClock);
+    auto systemClock = SharedSystemClock();
     if (!systemClock) return false;
     seeking_->SetRate(1.0);
     scaledClock_ = MakeCom<ScaledClock>(std::move(systemClock));

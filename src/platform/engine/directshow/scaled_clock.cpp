@@ -58,4 +58,17 @@ REFERENCE_TIME ScaledClock::ToSystem(REFERENCE_TIME scaled) const {
     return systemAnchor_ + std::llround(static_cast<double>(scaled - scaledAnchor_) / rate_);
 }
 
+ComPtr<IReferenceClock> SharedSystemClock() {
+    static IReferenceClock* const kept = [] {
+        // Its code must stay as long, also when the thread leaves COM in between.
+        HMODULE pinned = nullptr;
+        IReferenceClock* made = nullptr;
+        CoCreateInstance(CLSID_SystemClock, nullptr, CLSCTX_INPROC_SERVER, IID_IReferenceClock,
+                         reinterpret_cast<void**>(&made));
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"quartz.dll", &pinned);
+        return made;
+    }();
+    return ComPtr<IReferenceClock>::Share(kept);
+}
+
 }  // namespace nqp::platform::directshow

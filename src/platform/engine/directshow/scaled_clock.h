@@ -37,4 +37,9 @@ private:
     REFERENCE_TIME latest_ = 0;
 };
 
+// The system's clock, one for the whole process; empty when there is none. It is never let go:
+// its end waits for its thread, and a thread of Wine's that is about to sleep misses the request
+// and is waited for for ever.
+ComPtr<IReferenceClock> SharedSystemClock();
+
 }  // namespace nqp::platform::directshow
