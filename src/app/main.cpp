@@ -10,6 +10,7 @@
 #include "platform/notification_icon.h"
 #include "platform/process.h"
 #include "platform/system_dialogs.h"
+#include "platform/system_shell.h"
 #include "remote/form4.h"
 #include "video/form1.h"
 #include "video/form5.h"
@@ -29,7 +30,8 @@ public:
         : engine_(platform::CreateMediaEngine()),
           form1_(*engine_),
           form6_(*engine_),
-          form4_({platform::ProgramFolder(), commandLine, form1_, form1_.med, dialogs_, tray_}) {
+          form4_({platform::ProgramFolder(), commandLine, form1_, form1_.med, dialogs_, tray_,
+                  shell_}) {
         form1_.Connect(form4_, form5_);
         form5_.Connect(form1_, form1_, form4_, form6_);
         form6_.SetOpener(form1_);
@@ -58,6 +60,7 @@ private:
     std::unique_ptr<core::MediaEngine> engine_;
     platform::SystemFileDialogs dialogs_;
     platform::NotificationIcon tray_;
+    platform::SystemShell shell_;
     video::Form1 form1_;
     video::Form6 form6_;
     video::Form5 form5_;

@@ -24,12 +24,17 @@ struct KeyEvent {
     int Shift = 0;
 };
 
+inline constexpr int kKeyTab = 9;
 inline constexpr int kKeyEnter = 13;
 inline constexpr int kKeyEscape = 27;
 inline constexpr int kKeySpace = 32;
+inline constexpr int kKeyPageUp = 33;
+inline constexpr int kKeyPageDown = 34;
 inline constexpr int kKeyEnd = 35;
 inline constexpr int kKeyHome = 36;
+inline constexpr int kKeyLeft = 37;
 inline constexpr int kKeyUp = 38;
+inline constexpr int kKeyRight = 39;
 inline constexpr int kKeyDown = 40;
 inline constexpr int kKeyMenu = 93;  // the context-menu key
 inline constexpr int kKeyO = 79;

@@ -22,7 +22,11 @@ public:
     virtual void LoadWindow() = 0;
     virtual void ShowWindow() = 0;
     virtual void HideWindow() = 0;
+    // Comes back after HideWindow as it was, without becoming the active window.
+    virtual void ShowWindowAgain() = 0;
     virtual void UnloadWindow() = 0;
+    virtual base::Point VideoPosition() const = 0;
+    virtual void MoveVideo(base::Point topLeft) = 0;
     // Goes to the remembered place and size.
     virtual void PlaceWindow() = 0;
     virtual void MakeTopmost(bool topmost) = 0;

@@ -20,6 +20,9 @@ public:
     virtual void OnMouseDown(const base::MouseEvent& mouse) noexcept = 0;
     virtual void OnMouseMove(const base::MouseEvent& mouse) noexcept = 0;
     virtual void OnMouseUp(const base::MouseEvent& mouse) noexcept = 0;
+    virtual void OnMouseLeave() noexcept = 0;
+    // The control has the focus, and its form did not use the key.
+    virtual void OnKeyDown(const base::KeyEvent& key) noexcept = 0;
     virtual void OnTextTyped(const std::string& text) noexcept = 0;
     virtual void OnValueChanged(int value) noexcept = 0;
     virtual void OnFocusLost() noexcept = 0;
@@ -56,6 +59,7 @@ public:
     // The state has changed; shows it.
     virtual void Update() = 0;
     virtual void SetFocus() = 0;
+    virtual bool HasFocus() const = 0;
     // Reports nothing more; its end follows from the message loop.
     virtual void Retire() = 0;
 };
@@ -70,7 +74,8 @@ public:
     // Hides the window and reports nothing more; its end follows from the message loop, so that a
     // handler may unload the window whose event it handles.
     virtual void Retire() = 0;
-    virtual void Show() = 0;       // and makes it the active window
+    virtual void Show() = 0;  // and makes it the active window
+    virtual void ShowInactive() = 0;
     virtual void ShowOnTop() = 0;  // topmost, without becoming active
     virtual void Hide() = 0;
     virtual void Move(const base::Rect& bounds) = 0;
@@ -83,6 +88,7 @@ public:
     virtual void SetTopmost(bool topmost) = 0;
     virtual void BringToFront() = 0;
     virtual void SetPointer(Pointer pointer) = 0;
+    virtual void SetBackdrop(const Backdrop& backdrop) = 0;
     // Runs the platform's own move or size loop; returns when the button is let go.
     virtual void Drag(HitCode code) = 0;
     // Returns when the menu is closed; the chosen item's click has then been handled.

@@ -15,6 +15,8 @@ public:
     }
 
     const std::string& Caption() const { return state_.text; }
+    // Drawn in its colours, without the platform's frame.
+    void SetFlat(bool flat) { state_.flat = flat; }
 };
 
 }  // namespace nqp::forms

@@ -1,5 +1,7 @@
 #include "forms/control.h"
 
+#include <utility>
+
 #include "forms/form.h"
 #include "forms/run_time_error.h"
 
@@ -30,8 +32,10 @@ void Control::SetTop(base::Twips top) {
 }
 
 void Control::Move(const base::Rect& bounds) {
-    state_.bounds = bounds;
+    if (bounds == state_.bounds) return;
+    const base::Rect before = std::exchange(state_.bounds, bounds);
     Update();
+    if (before.width != bounds.width || before.height != bounds.height) Resize();
 }
 
 void Control::SetVisible(bool visible) {
@@ -55,8 +59,23 @@ void Control::SetColors(Color fore, Color back) {
     Update();
 }
 
+void Control::SetAccessibleName(const std::string& name) {
+    state_.accessibleName = name;
+    Update();
+}
+
+void Control::SetAccessibleValue(const std::string& value) {
+    if (state_.accessibleValue == value) return;
+    state_.accessibleValue = value;
+    Update();
+}
+
 void Control::SetFocus() {
     if (peer_) peer_->SetFocus();
+}
+
+bool Control::HasFocus() const {
+    return peer_ && peer_->HasFocus();
 }
 
 void Control::OnClick() noexcept {
@@ -77,6 +96,19 @@ void Control::OnMouseMove(const base::MouseEvent& mouse) noexcept {
 
 void Control::OnMouseUp(const base::MouseEvent& mouse) noexcept {
     Guarded(Origin::User, [&] { MouseUp(mouse); });
+}
+
+void Control::OnMouseLeave() noexcept {
+    Guarded(Origin::Program, [this] { MouseLeave(); });
+}
+
+void Control::OnKeyDown(const base::KeyEvent& key) noexcept {
+    const bool presses = key.KeyCode == base::kKeyEnter || key.KeyCode == base::kKeySpace;
+    if (presses && state_.role == Role::Button) {
+        OnClick();
+    } else {
+        Guarded(Origin::User, [&] { KeyDown(key); });
+    }
 }
 
 void Control::OnTextTyped(const std::string& text) noexcept {

@@ -22,7 +22,12 @@ public:
     base::Event<const base::MouseEvent&> MouseDown;
     base::Event<const base::MouseEvent&> MouseMove;
     base::Event<const base::MouseEvent&> MouseUp;
+    base::Event<> MouseLeave;
+    // The control has the focus. A button raises Click for Enter and Space instead.
+    base::Event<const base::KeyEvent&> KeyDown;
     base::Event<> LostFocus;
+    // The program gave the control another size.
+    base::Event<> Resize;
 
     Form& Parent() const { return form_; }
     const ControlState& State() const { return state_; }
@@ -44,8 +49,15 @@ public:
     const std::string& ToolTipText() const { return state_.toolTip; }
     void SetToolTipText(const std::string& text);
     void SetColors(Color fore, Color back);
+    Color ForeColor() const { return state_.foreColor; }
+    void SetForeColor(Color fore) { SetColors(fore, state_.backColor); }
     Color BackColor() const { return state_.backColor; }
+    void SetBackColor(Color back) { SetColors(state_.foreColor, back); }
+    // For assistive tools.
+    void SetAccessibleName(const std::string& name);
+    void SetAccessibleValue(const std::string& value);
     void SetFocus();
+    bool HasFocus() const;
 
 protected:
     Control(Form& form, ControlKind kind, const std::string& name, int id,
@@ -65,6 +77,8 @@ private:
     void OnMouseDown(const base::MouseEvent& mouse) noexcept override;
     void OnMouseMove(const base::MouseEvent& mouse) noexcept override;
     void OnMouseUp(const base::MouseEvent& mouse) noexcept override;
+    void OnMouseLeave() noexcept override;
+    void OnKeyDown(const base::KeyEvent& key) noexcept override;
     void OnTextTyped(const std::string& text) noexcept override;
     void OnValueChanged(int value) noexcept override;
     void OnFocusLost() noexcept override;

@@ -1,8 +1,6 @@
 #include "forms/form.h"
 
-#include <algorithm>
 #include <cassert>
-#include <functional>
 #include <utility>
 
 #include "forms/control.h"
@@ -48,13 +46,8 @@ void Form::Load() {
 void Form::CreatePeers() {
     peer_ = CreateWindowPeer(state_, *this, opener_ != nullptr ? opener_->peer_.get() : nullptr);
     state_.bounds = peer_->Bounds();
-    // What comes later lies below, and lines belong to the face, below everything.
-    const auto isLine = [](const Control* control) {
-        return control->state_.kind == ControlKind::Line;
-    };
-    std::vector<Control*> fromTheTop = controls_;
-    std::stable_partition(fromTheTop.begin(), fromTheTop.end(), std::not_fn(isLine));
-    for (Control* control : fromTheTop) {
+    // What comes later lies below.
+    for (Control* control : controls_) {
         control->peer_ = CreateControlPeer(control->state_, *control, *peer_);
     }
 }
@@ -97,6 +90,13 @@ void Form::Show() {
     visible_ = true;
     peer_->Show();
     Guarded(Origin::Program, [this] { Form_Activate(); });
+}
+
+void Form::ShowInactive() {
+    Load();
+    if (!peer_) return;
+    visible_ = true;
+    peer_->ShowInactive();
 }
 
 void Form::ShowOnTop() {
@@ -142,6 +142,11 @@ void Form::BringToFront() {
 void Form::SetMousePointer(Pointer pointer) {
     state_.pointer = pointer;
     if (peer_) peer_->SetPointer(pointer);
+}
+
+void Form::SetPicture(const Picture& picture) {
+    state_.backdrop.picture = picture;
+    if (peer_) peer_->SetBackdrop(state_.backdrop);
 }
 
 void Form::Drag(HitCode code) {

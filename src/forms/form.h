@@ -28,7 +28,8 @@ public:
     void Load();
     // Loads, shows and activates.
     void Show();
-    // Loads and shows above all others, and leaves the window active that is.
+    // Loads and shows, and leaves the window active that is; ShowOnTop above all others.
+    void ShowInactive();
     void ShowOnTop();
     void Hide();
     // Runs Form_Unload, then the window goes. Safe inside a handler of this window.
@@ -52,6 +53,9 @@ public:
     void SetTopmost(bool topmost);
     void BringToFront();
     void SetMousePointer(Pointer pointer);
+    const Picture& BackgroundPicture() const { return state_.backdrop.picture; }
+    // The design size and the stretch point stay those that the window was made with.
+    void SetPicture(const Picture& picture);
     // Hands the held mouse button to the platform's move or size loop and returns when it ends.
     void Drag(HitCode code);
     void PopupMenu(Menu& menu);

@@ -15,6 +15,7 @@ public:
 
     const std::string& Caption() const { return state_.text; }
     void SetCaption(const std::string& caption) {
+        if (state_.text == caption) return;
         state_.text = caption;
         Update();
     }

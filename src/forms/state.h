@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "base/bitmap.h"
 #include "base/geometry.h"
 
 namespace nqp::forms {
@@ -14,24 +16,37 @@ constexpr Color Rgb(unsigned red, unsigned green, unsigned blue) {
     return red | green << 8U | blue << 16U;
 }
 
+// Shared by all that show it; null for none.
+using Picture = std::shared_ptr<const base::Bitmap>;
+
 enum class Pointer { Arrow, FourWaySizing };
 enum class Align { Left, Center, Right };
-enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider };
+enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider, ListBox };
+
+// What a picture box is to a person who cannot see or point. Buttons and sliders are reached with
+// Tab.
+enum class Role { Image, Button, Slider, Grip };
 
 // All that a backend needs to show a control. The control owns it; the backend reads it.
 struct ControlState {
     ControlKind kind = ControlKind::Label;
     std::string name;
     // Fixed, and above 100, where no number of the platform's dialogs is: tools outside the program
-    // address the control by it.
+    // address the control by it. Lines are no windows of the platform and have none.
     int id = 0;
     base::Rect bounds;
-    std::string text;
+    std::string text;  // of a picture box: shown as long as it has no picture
     std::string toolTip;
+    Picture picture;  // stretched over the whole picture box
+    Role role = Role::Image;
+    // What assistive tools call the control and its value; empty for what the platform makes of it.
+    std::string accessibleName;
+    std::string accessibleValue;
     bool visible = true;
     bool enabled = true;
     bool bold = false;
     bool isDefault = false;  // a command button that Enter presses
+    bool flat = false;       // a command button that is drawn in the control's own colours
     Align align = Align::Left;
     base::Twips indent = 0;  // blank space at both ends of a label's text
     float fontScale = 1.0F;  // of the system's message font
@@ -49,6 +64,14 @@ enum class FrameStyle {
     Dialog,      // caption and close box, fixed size, Tab and Enter move and press
 };
 
+// The picture behind a window's controls. It shows the window at its design size; when the window
+// is larger, the column and the row at the stretch point are repeated.
+struct Backdrop {
+    Picture picture;
+    base::Size designSize;
+    base::Point stretchPoint;
+};
+
 // All that a backend needs to show a window.
 struct WindowState {
     std::string name;  // the class outside tools find it by is "nqp." and this
@@ -56,6 +79,8 @@ struct WindowState {
     FrameStyle frame = FrameStyle::Borderless;
     base::Rect bounds;  // borderless: the window; dialog: its client area
     Color backColor = Rgb(240, 240, 240);
+    Backdrop backdrop{};
+    bool tabMoves = false;  // Tab moves between the controls, as it always does in a dialog
     Pointer pointer = Pointer::Arrow;
     bool topmost = false;
 };

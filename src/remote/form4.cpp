@@ -1,52 +1,30 @@
 #include "remote/form4.h"
 
-#include <algorithm>
-#include <cmath>
-
-#include "base/file.h"
 #include "base/text.h"
 #include "core/command_line.h"
 #include "core/program_folder.h"
+#include "forms/run_time_error.h"
+#include "remote/face.h"
 
 namespace nqp::remote {
 namespace {
 
-// Twips.
-constexpr base::Rect kFirstBounds{3090, 4980, 6300, 890};
-constexpr base::Rect kTitleBounds{180, 120, 5400, 315};
-constexpr base::Twips kFieldTop = 480;
-constexpr base::Twips kFieldWidth = 360;
-constexpr base::Twips kFieldHeight = 285;
-constexpr base::Twips kFieldStep = 420;
-constexpr base::Twips kFirstFieldLeft = 180;
-constexpr base::Twips kEndFieldsLeft = 1680;
-constexpr base::Twips kVolumeX = 6000;
-constexpr base::Twips kVolumeTop = 120;
-constexpr base::Twips kVolumeBottom = 765;
-constexpr base::Size kVolumeKnob{240, 120};
+constexpr base::Rect kFirstBounds{3090, 4980, face::kSmallestWidth, face::kCompactHeight};
+constexpr base::Point kRight{face::kPixel, 0};
+constexpr base::Point kDown{0, face::kPixel};
 
+// What the remote looks like without a skin.
 constexpr forms::Color kPaper = forms::Rgb(36, 38, 43);
 constexpr forms::Color kInk = forms::Rgb(236, 238, 242);
 constexpr forms::Color kFieldPaper = forms::Rgb(52, 55, 62);
+constexpr forms::Color kHighlightPaper = forms::Rgb(47, 101, 196);
 constexpr forms::Color kRule = forms::Rgb(110, 115, 128);
 
 constexpr char kNoBound[] = "00";
+constexpr char kNoTime[] = "00:00:00";
 
-// What the icon in the notification area reports in place of the pointer's position, in pixels.
-constexpr int kIconLeftButtonUp = 514;
-constexpr int kIconRightButtonUp = 517;
-
-base::Rect FieldBounds(base::Twips left, int index) {
-    return {left + static_cast<base::Twips>(index) * kFieldStep, kFieldTop, kFieldWidth,
-            kFieldHeight};
-}
-
-// At least a hand's breadth of a window must be in reach of the pointer.
-bool InReach(const base::Rect& window) {
-    constexpr base::Twips kHandle = 450;
-    const base::Rect screen = forms::VirtualScreen();
-    return window.right() > screen.left + kHandle && window.left < screen.right() - kHandle &&
-           window.bottom() > screen.top + kHandle && window.top < screen.bottom() - kHandle;
+constexpr base::Point Plus(base::Point point, base::Point offset) {
+    return {point.x + offset.x, point.y + offset.y};
 }
 
 }  // namespace
@@ -55,30 +33,177 @@ Form4::Form4(const RemoteContext& context)
     : forms::Form({.name = "Form4",
                    .caption = core::kApplicationTitle,
                    .bounds = kFirstBounds,
-                   .backColor = kPaper}),
-      Label1(*this, "Label1", 101, kTitleBounds, core::kApplicationTitle),
-      Text1(*this, "Text1", 102, FieldBounds(kFirstFieldLeft, 0), kNoBound),
-      Text2(*this, "Text2", 103, FieldBounds(kFirstFieldLeft, 1), kNoBound),
-      Text3(*this, "Text3", 104, FieldBounds(kFirstFieldLeft, 2), kNoBound),
-      Text5(*this, "Text5", 105, FieldBounds(kEndFieldsLeft, 0), kNoBound),
-      Text4(*this, "Text4", 106, FieldBounds(kEndFieldsLeft, 1), kNoBound),
-      Text6(*this, "Text6", 107, FieldBounds(kEndFieldsLeft, 2), kNoBound),
-      Line13(*this, "Line13", 108, {kVolumeX, kVolumeTop}, {kVolumeX, kVolumeBottom}),
-      Picture13(
-          *this, "Picture13", 109,
-          {kVolumeX - kVolumeKnob.width / 2, kVolumeTop, kVolumeKnob.width, kVolumeKnob.height}),
+                   .backColor = kPaper,
+                   .backdrop = {nullptr, face::kBackdropSize, face::kBackdropStretch},
+                   .tabMoves = true}),
+      Picture2(*this, "Picture2", 122, face::kPlay, forms::Role::Button, "\u25B6"),
+      Picture7(*this, "Picture7", 127, face::kPlay, forms::Role::Button, "\u25B6"),
+      Picture4(*this, "Picture4", 124, face::kPause, forms::Role::Button, "\u275A\u275A"),
+      Picture9(*this, "Picture9", 129, face::kPause, forms::Role::Button, "\u275A\u275A"),
+      Picture3(*this, "Picture3", 123, face::kStop, forms::Role::Button, "\u25A0"),
+      Picture8(*this, "Picture8", 128, face::kStop, forms::Role::Button, "\u25A0"),
+      Picture6(*this, "Picture6", 126, face::kOpen, forms::Role::Button, "\u25B2"),
+      Picture11(*this, "Picture11", 131, face::kOpen, forms::Role::Button, "\u25B2"),
+      Picture12(*this, "Picture12", 132, face::kPositionKnob, forms::Role::Slider),
+      Text1(*this, "Text1", 111, face::kBeginHours, kNoBound),
+      Text2(*this, "Text2", 112, face::kBeginMinutes, kNoBound),
+      Text3(*this, "Text3", 113, face::kBeginSeconds, kNoBound),
+      Command1(*this, "Command1", 141, face::kMarkBegin, "Begin"),
+      Command2(*this, "Command2", 142, face::kMarkEnd, "Cut"),
+      Text5(*this, "Text5", 115, face::kEndHours, kNoBound),
+      Text4(*this, "Text4", 114, face::kEndMinutes, kNoBound),
+      Text6(*this, "Text6", 116, face::kEndSeconds, kNoBound),
+      Picture13(*this, "Picture13", 133, face::kVolumeKnob, forms::Role::Slider),
+      Picture10(*this, "Picture10", 130, face::kOptions, forms::Role::Button, "\u2699"),
+      Picture14(*this, "Picture14", 134, face::kHelp, forms::Role::Button, "?"),
+      Picture15(*this, "Picture15", 135, face::kPlaylist, forms::Role::Button, "\u2261"),
+      Picture5(*this, "Picture5", 125, face::kHideRemote, forms::Role::Button, "_"),
+      Picture16(*this, "Picture16", 136, face::kHideAll, forms::Role::Button, "\u25BC"),
+      Picture1(*this, "Picture1", 121, face::kExit, forms::Role::Button, "\u00D7"),
+      List1(*this, "List1", 151, {face::kListLeft, face::kListTop, 0, 0}),
+      Picture17(*this, "Picture17", 137, face::kSizeGrip, forms::Role::Grip),
+      Picture18(*this, "Picture18", 138, face::kWidthGrip, forms::Role::Grip),
+      Label1(*this, "Label1", 101, face::kTitle, core::kApplicationTitle),
+      Label2(*this, "Label2", 102, face::kTime, kNoTime),
+      Label3(*this, "Label3", 103, face::kBeginColon1, ":"),
+      Label4(*this, "Label4", 104, face::kBeginColon2, ":"),
+      Label5(*this, "Label5", 105, face::kEndColon1, ":"),
+      Label6(*this, "Label6", 106, face::kEndColon2, ":"),
+      Line9(*this, "Line9", Plus(face::kPositionStart, kDown), Plus(face::kPositionEnd, kDown)),
+      Line10(*this, "Line10", Plus(face::kVolumeTop, kRight), Plus(face::kVolumeBottom, kRight)),
+      Line11(*this, "Line11", face::kPositionStart, face::kPositionEnd),
+      Line12(*this, "Line12", face::kPositionStart, face::kPositionEnd),
+      Line13(*this, "Line13", face::kVolumeTop, face::kVolumeBottom),
+      Timer1(*this, "Timer1", 100),
       context_(context),
       Form1_(context.Form1),
-      transport_(context.Form1.MediaPlayer1(), *this) {
-    Label1.SetColors(kInk, kPaper);
-    Label1.SetFont(true, 1.0F);
-    for (forms::TextBox* field : {&Text1, &Text2, &Text3, &Text4, &Text5, &Text6}) {
+      transport_(context.Form1.MediaPlayer1(), *this),
+      hover_({{{kPlayButton, Picture2, Picture7},
+               {kStopButton, Picture3, Picture8},
+               {kPauseButton, Picture4, Picture9},
+               {kOpenButton, Picture6, Picture11}}}),
+      remembered_height_(base::RoundHalfEven(face::kFirstExpandedHeight)) {
+    for (forms::Control* control : std::initializer_list<forms::Control*>{
+             &Label2, &Text5, &Label5, &Text4, &Label6, &Text6, &Line13, &Line10, &Picture13,
+             &Picture10, &Picture14, &Picture15, &Picture5, &Picture16, &Picture1, &Picture17,
+             &Picture18}) {
+        right_side_.emplace_back(control, control->Left());
+    }
+    DressPlainly();
+    NameControls();
+    BindHandlers();
+    PlacePlaylist();
+}
+
+std::array<forms::TextBox*, 6> Form4::BoundFields() {
+    return {&Text1, &Text2, &Text3, &Text5, &Text4, &Text6};
+}
+
+std::array<forms::Label*, 4> Form4::Colons() {
+    return {&Label3, &Label4, &Label5, &Label6};
+}
+
+void Form4::DressPlainly() {
+    for (forms::Control* control : Controls())
+        control->SetColors(kInk, kPaper);
+    for (forms::PictureBox* highlighted : {&Picture7, &Picture8, &Picture9, &Picture11})
+        highlighted->SetColors(kInk, kHighlightPaper);
+    for (forms::PictureBox* knob : {&Picture12, &Picture13})
+        knob->SetColors(kInk, kInk);
+    for (forms::PictureBox* grip : {&Picture17, &Picture18})
+        grip->SetColors(kRule, kRule);
+    for (forms::Line* line : {&Line9, &Line10, &Line11, &Line12, &Line13})
+        line->SetBorderColor(kRule);
+    for (forms::CommandButton* button : {&Command1, &Command2}) {
+        button->SetColors(kInk, kFieldPaper);
+        button->SetFlat(true);
+    }
+    for (forms::TextBox* field : BoundFields()) {
         field->SetColors(kInk, kFieldPaper);
         field->SetAlignment(forms::Align::Center);
     }
-    Line13.SetBorderColor(kRule);
-    Picture13.SetColors(kInk, kInk);
-    Picture13.SetToolTipText("Volume");
+    for (forms::Label* colon : Colons())
+        colon->SetAlignment(forms::Align::Center);
+    List1.SetColors(kInk, kFieldPaper);
+    Label1.SetFont(true, 1.0F);
+    Label2.SetAlignment(forms::Align::Right);
+}
+
+void Form4::NameControls() {
+    const auto name = [](forms::Control& control, const std::string& text) {
+        control.SetToolTipText(text);
+        control.SetAccessibleName(text);
+    };
+    for (forms::PictureBox* play : {&Picture2, &Picture7})
+        name(*play, "Play");
+    for (forms::PictureBox* stop : {&Picture3, &Picture8})
+        name(*stop, "Stop");
+    for (forms::PictureBox* pause : {&Picture4, &Picture9})
+        name(*pause, "Pause");
+    for (forms::PictureBox* open : {&Picture6, &Picture11})
+        name(*open, "Open");
+    name(Picture12, "Position");
+    name(Picture13, "Volume");
+    name(Picture10, "Options");
+    name(Picture14, "Help");
+    name(Picture15, "Playlist");
+    name(Picture5, "Hide the remote control");
+    name(Picture16, "Hide both windows");
+    name(Picture1, "Exit");
+    name(Picture17, "Size");
+    name(Picture18, "Width");
+    name(Text1, "Fragment begin: hours");
+    name(Text2, "Fragment begin: minutes");
+    name(Text3, "Fragment begin: seconds");
+    name(Text5, "Fragment end: hours");
+    name(Text4, "Fragment end: minutes");
+    name(Text6, "Fragment end: seconds");
+    List1.SetAccessibleName("Playlist");
+    Label1.SetToolTipText(core::kApplicationTitle);
+    Label2.SetToolTipText("Elapsed or total time");
+}
+
+void Form4::BindHandlers() {
+    Picture1.Click.calls<&Form4::Picture1_Click>(this);
+    Picture2.Click.calls<&Form4::Picture2_Click>(this);
+    Picture2.MouseMove.calls<&Form4::Picture2_MouseMove>(this);
+    Picture3.Click.calls<&Form4::Picture3_Click>(this);
+    Picture3.MouseMove.calls<&Form4::Picture3_MouseMove>(this);
+    Picture4.Click.calls<&Form4::Picture4_Click>(this);
+    Picture4.MouseMove.calls<&Form4::Picture4_MouseMove>(this);
+    Picture5.Click.calls<&Form4::Picture5_Click>(this);
+    Picture6.Click.calls<&Form4::Picture6_Click>(this);
+    Picture6.MouseMove.calls<&Form4::Picture6_MouseMove>(this);
+    Picture7.Click.calls<&Form4::Picture7_Click>(this);
+    Picture7.MouseLeave.calls<&Form4::Picture7_MouseLeave>(this);
+    Picture8.Click.calls<&Form4::Picture8_Click>(this);
+    Picture8.MouseLeave.calls<&Form4::Picture8_MouseLeave>(this);
+    Picture9.Click.calls<&Form4::Picture9_Click>(this);
+    Picture9.MouseLeave.calls<&Form4::Picture9_MouseLeave>(this);
+    Picture10.Click.calls<&Form4::Picture10_Click>(this);
+    Picture11.Click.calls<&Form4::Picture11_Click>(this);
+    Picture11.MouseLeave.calls<&Form4::Picture11_MouseLeave>(this);
+    Picture12.MouseDown.calls<&Form4::Picture12_MouseDown>(this);
+    Picture12.MouseMove.calls<&Form4::Picture12_MouseMove>(this);
+    Picture12.MouseUp.calls<&Form4::Picture12_MouseUp>(this);
+    Picture12.KeyDown.calls<&Form4::Picture12_KeyDown>(this);
+    Picture12.Resize.calls<&Form4::Picture12_Resize>(this);
+    Picture13.MouseDown.calls<&Form4::Picture13_MouseDown>(this);
+    Picture13.MouseMove.calls<&Form4::Picture13_MouseMove>(this);
+    Picture13.MouseUp.calls<&Form4::Picture13_MouseUp>(this);
+    Picture13.KeyDown.calls<&Form4::Picture13_KeyDown>(this);
+    Picture14.Click.calls<&Form4::Picture14_Click>(this);
+    Picture15.Click.calls<&Form4::Picture15_Click>(this);
+    Picture16.Click.calls<&Form4::Picture16_Click>(this);
+    Picture17.MouseDown.calls<&Form4::Picture17_MouseDown>(this);
+    Picture17.MouseMove.calls<&Form4::Picture17_MouseMove>(this);
+    Picture17.MouseUp.calls<&Form4::Picture17_MouseUp>(this);
+    Picture18.MouseDown.calls<&Form4::Picture18_MouseDown>(this);
+    Picture18.MouseMove.calls<&Form4::Picture18_MouseMove>(this);
+    Picture18.MouseUp.calls<&Form4::Picture18_MouseUp>(this);
+    Label2.Click.calls<&Form4::Label2_Click>(this);
+    Label2.MouseDown.calls<&Form4::Label2_MouseDown>(this);
+    Timer1.Timer.calls<&Form4::Timer1_Timer>(this);
 }
 
 // The start sequence: playlist, flag file, skin, settings, flags, icon, position, command line. The
@@ -87,75 +212,23 @@ Form4::Form4(const RemoteContext& context)
 void Form4::Form_Load() {
     core::DeleteFlagFile(context_.programFolder);
     tray_restore_ = true;
+    // A skin that fails leaves the window as far dressed as it came.
+    forms::Guarded(forms::Origin::Program, [this] { goskin(); });
     ApplySettingsFile();
     transport_.Reset();
+    position_drag_.Release();
+    time_.show_total = false;
+    SayVolume();
     context_.tray.SetTrayIcon(core::TrayMessage::Add, Handle(), core::kApplicationTitle);
     RecordPosition();
     if (core::NamesMediaFile(context_.commandLine)) OpenFromCommandLine();
-}
-
-void Form4::ApplySettingsFile() {
-    const core::SettingsFile file(context_.programFolder);
-    if (file.Empty()) return;
-    PlaceVolumeKnob(file);
-    if (const auto geometry = file.Geometry()) PlaceWindows(*geometry);
-    if (file.Flag(core::kAlwaysOnTop)) {
-        Form1_.MakeTopmost(true);
-        SetTopmost(true);
-    }
-    file.ApplyBehaviour(settings_);
-    Form1_.MediaPlayer1().SetAutoStart(settings_.auto_start);
-    file.ApplyFragmentsAndSchedule(settings_);
-}
-
-void Form4::PlaceVolumeKnob(const core::SettingsFile& file) {
-    core::MediaEngine& engine = Form1_.MediaPlayer1();
-    if (const auto top = file.VolumeKnobTop()) {
-        Picture13.SetTop(Track().Clamped(static_cast<base::Twips>(*top)));
-    }
-    ApplyVolume(engine, Track().VolumeAt(Picture13.Top()));
-    CurrentVolume = engine.Volume();
-}
-
-void Form4::PlaceWindows(const core::WindowGeometry& geometry) {
-    const base::Rect remote{geometry.remoteLeft.value_or(Left()),
-                            geometry.remoteTop.value_or(Top()), Width(), Height()};
-    if (InReach(remote)) Move(remote);
-    PlaceVideoWindow(geometry);
-}
-
-// Left alone when the file holds no whole place, or one that no monitor shows any more.
-void Form4::PlaceVideoWindow(const core::WindowGeometry& geometry) {
-    const bool whole = geometry.videoLeft && geometry.videoTop &&
-                       geometry.videoWidth.value_or(0) > 0 && geometry.videoHeight.value_or(0) > 0;
-    if (!whole) return;
-    const base::Rect video{static_cast<base::Twips>(*geometry.videoLeft),
-                           static_cast<base::Twips>(*geometry.videoTop),
-                           static_cast<base::Twips>(*geometry.videoWidth),
-                           static_cast<base::Twips>(*geometry.videoHeight)};
-    if (!InReach(video)) return;
-    Form1_.mX = *geometry.videoLeft;
-    Form1_.mY = *geometry.videoTop;
-    Form1_.mW = *geometry.videoWidth;
-    Form1_.mH = *geometry.videoHeight;
-    Form1_.PlaceWindow();
-}
-
-// After the options changed: unlike the load it also takes the windows down from the top.
-void Form4::ReapplySettingsFile() {
-    const core::SettingsFile file(context_.programFolder);
-    const bool topmost = file.Flag(core::kAlwaysOnTop);
-    Form1_.MakeTopmost(topmost);
-    SetTopmost(topmost);
-    file.ApplyBehaviour(settings_);
-    Form1_.MediaPlayer1().SetAutoStart(settings_.auto_start);
-    file.ApplyFragmentsAndSchedule(settings_);
 }
 
 // The shell puts a path with blanks in quotes, which no path has of its own.
 void Form4::OpenFromCommandLine() {
     file_path_ = base::WithoutQuotes(context_.commandLine);
     Form1_.MediaPlayer1().Open(file_path_);
+    time_.StartClip();
     ShowTitle(file_path_);
     ResetFragmentBounds();
     transport_.ready_to_play = true;
@@ -169,18 +242,8 @@ void Form4::ShowTitle(const std::string& path) {
 }
 
 void Form4::ResetFragmentBounds() {
-    for (forms::TextBox* field : {&Text1, &Text2, &Text3, &Text4, &Text5, &Text6}) {
+    for (forms::TextBox* field : BoundFields())
         field->SetText(kNoBound);
-    }
-}
-
-void Form4::RecordPosition() {
-    plX = base::RoundHalfEven(Left());
-    plY = base::RoundHalfEven(Top());
-}
-
-VolumeTrack Form4::Track() const {
-    return {Line13.Y1(), Line13.Y2(), Picture13.Height()};
 }
 
 void Form4::Form_Unload() {
@@ -189,109 +252,7 @@ void Form4::Form_Unload() {
     Form1_.UnloadWindow();
 }
 
-// A file that the options were never written to stays empty.
-void Form4::SaveSettingsFile() {
-    core::SettingsFile file(context_.programFolder);
-    if (file.Empty()) return;
-    file.SetVolumeKnobTop(Picture13.Top());
-    if (file.Flag(core::kRememberWindow)) {
-        file.SetRemotePosition(Left(), Top());
-        file.SetVideoBounds(Form1_.mX, Form1_.mY, Form1_.mW, Form1_.mH);
-    }
-    file.Commit();
-}
-
-void Form4::Picture7_Click() {
-    transport_.Play();
-}
-
-void Form4::Picture9_Click() {
-    transport_.TogglePause();
-}
-
-void Form4::Picture10_Click() {
-    ReapplySettingsFile();
-}
-
-void Form4::Picture11_Click() {
-    core::MediaEngine& engine = Form1_.MediaPlayer1();
-    engine.SetVisible(false);
-    const auto path = ChooseMedia();
-    if (!path || !base::IsFile(base::PathFromUtf8(*path))) return;
-    engine.Open(*path);
-    file_path_ = *path;
-    ShowTitle(*path);
-    ResetFragmentBounds();
-    Form1_.BringForward();
-    Picture7_Click();
-}
-
-// A dialog cannot be seen behind the full-screen picture; and while it is up, the windows it does
-// not own may ask for a second one.
-std::optional<std::string> Form4::ChooseMedia() {
-    if (choosing_) return std::nullopt;
-    Form1_.MediaPlayer1().SetDisplaySize(core::kWindowDisplay);
-    choosing_ = true;
-    const auto path = context_.dialogs.OpenFile({.owner = Handle(),
-                                                 .title = "Nuvex Quillon Player - Open Media",
-                                                 .filter = {"All Media Types", "*.*"}});
-    choosing_ = false;
-    return Loaded() ? path : std::nullopt;
-}
-
-// The video window first: the remote's own unload then saves and ends the program.
-void Form4::Picture1_Click() {
-    Form1_.UnloadWindow();
-    Unload();
-}
-
-void Form4::CloseRequested() {
-    Unload();
-    Form1_.UnloadWindow();
-}
-
-bool Form4::Form_KeyDown(const base::KeyEvent& key) {
-    const bool altF4 = key.KeyCode == base::kKeyF4 && (key.Shift & base::kAltKey) != 0;
-    if (key.KeyCode == base::kKeyEscape || (altF4 && key.Shift == base::kAltKey)) {
-        CloseRequested();
-        return true;
-    }
-    // With a further shift key the system would close the window all the same.
-    return altF4;
-}
-
-// Carries the icon's button events, in the place of the pointer's horizontal position.
-void Form4::Form_MouseMove(const base::MouseEvent& mouse) {
-    if (PointerIsAt(mouse)) return;
-    const std::int32_t message = base::RoundHalfEven(mouse.X / TwipsPerPixel());
-    if (message == kIconLeftButtonUp && tray_restore_) RestoreFromTray();
-    if (message == kIconRightButtonUp) PopupMenu(context_.trayMenu);
-}
-
-// A real move tells where the pointer is; a wide remote reaches as far as the icon's numbers.
-bool Form4::PointerIsAt(const base::MouseEvent& mouse) const {
-    const base::Point reported = PointOnScreen({mouse.X, mouse.Y});
-    const base::Point pointer = forms::PointerOnScreen();
-    return std::abs(reported.x - pointer.x) < TwipsPerPixel() &&
-           std::abs(reported.y - pointer.y) < TwipsPerPixel();
-}
-
-void Form4::RestoreFromTray() {
-    Form1_.ShowWindow();
-    Show();
-    Form1_.Form_Activate();
-}
-
 // Without a list the player stays stopped at the end of the clip.
 void Form4::next_playlist_item() {}
-
-// Above the full-screen picture, whose keys go on reaching it.
-void Form4::ShowRemoteOnTop() {
-    ShowOnTop();
-}
-
-void Form4::MoveRemote(base::Point topLeft) {
-    Move({topLeft.x, topLeft.y, Width(), Height()});
-}
 
 }  // namespace nqp::remote

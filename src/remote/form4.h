@@ -1,25 +1,38 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/file_dialogs.h"
 #include "core/remote_window.h"
 #include "core/settings_file.h"
+#include "core/shell.h"
 #include "core/tray_icon.h"
 #include "core/video_window.h"
-#include "forms/control_array.h"
+#include "forms/command_button.h"
 #include "forms/form.h"
 #include "forms/label.h"
 #include "forms/line.h"
+#include "forms/list_box.h"
 #include "forms/menu.h"
 #include "forms/picture_box.h"
 #include "forms/text_box.h"
+#include "forms/timer_control.h"
+#include "remote/hover_highlight.h"
+#include "remote/knob_drag.h"
+#include "remote/position_slider.h"
+#include "remote/time_read_out.h"
 #include "remote/transport.h"
 #include "remote/volume_slider.h"
 
 namespace nqp::remote {
+
+class SkinPackage;
+class SkinColors;
 
 // What the remote window works with; all of it outlives the window.
 struct RemoteContext {
@@ -29,10 +42,12 @@ struct RemoteContext {
     forms::Menu& trayMenu;
     core::FileDialogs& dialogs;
     core::TrayIcon& tray;
+    core::Shell& shell;
 };
 
 // The remote control window: it owns the settings in memory and the transport flags, and its load
-// runs the program's start sequence.
+// runs the program's start sequence. Its handlers stand in the file of the thing they serve:
+// form4_buttons, form4_sliders, form4_frame, form4_skin and form4_settings.
 class Form4 final : public forms::Form, public core::RemoteWindow {
 public:
     explicit Form4(const RemoteContext& context);
@@ -50,26 +65,124 @@ public:
     base::Point RemotePosition() const override { return {Left(), Top()}; }
     void MoveRemote(base::Point topLeft) override;
 
+    // Dresses the window in the skin that the settings file names. What the skin lacks keeps its
+    // look. Throws forms::RunTimeError at a file it cannot use; what came before it stays applied.
+    void goskin();
+
     // The path of the file that was opened last.
     const std::string& glob_FilePath() const { return file_path_; }
     const Transport& Flags() const { return transport_; }
+    int hover_button() const { return hover_.hover_button(); }
+    // The whole second that the position knob was last let go at.
+    std::int32_t LastSeekTarget() const { return last_seek_target_; }
 
-    forms::Label Label1;   // title
-    forms::TextBox Text1;  // fragment begin: hours, minutes, seconds
+    // In the order that Tab goes through them.
+    forms::PictureBox Picture2;   // play
+    forms::PictureBox Picture7;   // play, highlighted
+    forms::PictureBox Picture4;   // pause
+    forms::PictureBox Picture9;   // pause, highlighted
+    forms::PictureBox Picture3;   // stop
+    forms::PictureBox Picture8;   // stop, highlighted
+    forms::PictureBox Picture6;   // open
+    forms::PictureBox Picture11;  // open, highlighted
+    forms::PictureBox Picture12;  // position knob
+    forms::TextBox Text1;         // fragment begin: hours, minutes, seconds
     forms::TextBox Text2;
     forms::TextBox Text3;
-    forms::TextBox Text5;  // fragment end: hours, minutes, seconds
+    forms::CommandButton Command1;  // marks the begin
+    forms::CommandButton Command2;  // marks the end and opens the wizard
+    forms::TextBox Text5;           // fragment end: hours, minutes, seconds
     forms::TextBox Text4;
     forms::TextBox Text6;
-    forms::Line Line13;           // the volume knob's track
     forms::PictureBox Picture13;  // volume knob
+    forms::PictureBox Picture10;  // options
+    forms::PictureBox Picture14;  // help
+    forms::PictureBox Picture15;  // playlist
+    forms::PictureBox Picture5;   // hide the remote
+    forms::PictureBox Picture16;  // hide all
+    forms::PictureBox Picture1;   // exit
+    forms::ListBox List1;         // playlist
+    forms::PictureBox Picture17;  // grip below the list
+    forms::PictureBox Picture18;  // grip of the bar
+    forms::Label Label1;          // title
+    forms::Label Label2;          // time
+    forms::Label Label3;          // the colons of the fragment fields
+    forms::Label Label4;
+    forms::Label Label5;
+    forms::Label Label6;
+    forms::Line Line9;   // the second row of the position track
+    forms::Line Line10;  // the second column of the volume track
+    forms::Line Line11;  // the position knob is measured against this one
+    forms::Line Line12;  // the position knob is kept on this one
+    forms::Line Line13;  // the volume knob's track
+    forms::TimerControl Timer1;
 
 private:
+    // Window.
     void Form_Load() override;
     void Form_Unload() override;
+    void Form_Resize() override;
+    void Form_MouseDown(const base::MouseEvent& mouse) override;
     void Form_MouseMove(const base::MouseEvent& mouse) override;
     bool Form_KeyDown(const base::KeyEvent& key) override;
     void CloseRequested() override;
+
+    // Transport buttons: the pointer over the normal picture shows the highlighted one, which takes
+    // the click; without a pointer the normal one is pressed.
+    void Picture2_MouseMove(const base::MouseEvent&) { hover_.Show(kPlayButton); }
+    void Picture3_MouseMove(const base::MouseEvent&) { hover_.Show(kStopButton); }
+    void Picture4_MouseMove(const base::MouseEvent&) { hover_.Show(kPauseButton); }
+    void Picture6_MouseMove(const base::MouseEvent&) { hover_.Show(kOpenButton); }
+    void Picture7_MouseLeave() { hover_.Leave(kPlayButton); }
+    void Picture8_MouseLeave() { hover_.Leave(kStopButton); }
+    void Picture9_MouseLeave() { hover_.Leave(kPauseButton); }
+    void Picture11_MouseLeave() { hover_.Leave(kOpenButton); }
+    void Picture2_Click() { Picture7_Click(); }
+    void Picture3_Click() { Picture8_Click(); }
+    void Picture4_Click() { Picture9_Click(); }
+    void Picture6_Click() { Picture11_Click(); }
+    void Picture8_Click();
+
+    void Picture5_Click();
+    void Picture14_Click();
+    void Picture15_Click();
+    void Picture16_Click();
+
+    // Sliders and time.
+    void Picture12_MouseDown(const base::MouseEvent& mouse);
+    void Picture12_MouseMove(const base::MouseEvent& mouse);
+    void Picture12_MouseUp(const base::MouseEvent& mouse);
+    void Picture12_KeyDown(const base::KeyEvent& key);
+    void Picture12_Resize();
+    void Picture13_MouseDown(const base::MouseEvent& mouse);
+    void Picture13_MouseMove(const base::MouseEvent& mouse);
+    void Picture13_MouseUp(const base::MouseEvent& mouse);
+    void Picture13_KeyDown(const base::KeyEvent& key);
+    void Label2_Click();
+    void Label2_MouseDown(const base::MouseEvent& mouse);
+    void Timer1_Timer();
+
+    // Grips.
+    void Picture17_MouseDown(const base::MouseEvent& mouse);
+    void Picture17_MouseMove(const base::MouseEvent& mouse);
+    void Picture17_MouseUp(const base::MouseEvent& mouse);
+    void Picture18_MouseDown(const base::MouseEvent& mouse);
+    void Picture18_MouseMove(const base::MouseEvent& mouse);
+    void Picture18_MouseUp(const base::MouseEvent& mouse);
+
+    static constexpr int kPlayButton = 2;
+    static constexpr int kStopButton = 3;
+    static constexpr int kPauseButton = 4;
+    static constexpr int kOpenButton = 6;
+
+    void DressPlainly();
+    void NameControls();
+    void BindHandlers();
+    std::array<forms::TextBox*, 6> BoundFields();
+    std::array<forms::Label*, 4> Colons();
+
+    void LoadSkinPictures(const SkinPackage& skin);
+    void ApplySkinColors(const SkinColors& colors);
 
     void ApplySettingsFile();
     void PlaceVolumeKnob(const core::SettingsFile& file);
@@ -81,19 +194,44 @@ private:
     void ShowTitle(const std::string& path);
     void ResetFragmentBounds();
     void RecordPosition();
+    void MoveVideoAlong();
     void RestoreFromTray();
     bool PointerIsAt(const base::MouseEvent& mouse) const;
     std::optional<std::string> ChooseMedia();
+
+    PositionTrack SeekTrack() const;
     VolumeTrack Track() const;
+    void RewindPositionKnob();
+    void MovePositionKnob(double position, double duration);
+    void ShowDraggedTime();
+    void SeekTo(double seconds);
+    void MoveVolumeKnob(base::Twips top);
+    void SayVolume();
+
+    void Resize(base::Size size);
+    void LayOutWidth();
+    void PlacePlaylist();
 
     RemoteContext context_;
     core::VideoWindow& Form1_;
     core::SharedSettings settings_;
     Transport transport_;
+    HoverHighlight hover_;
+    KnobDrag position_drag_;
+    KnobDrag volume_drag_;
+    KnobDrag grip_drag_x_;
+    KnobDrag grip_drag_y_;
+    TimeReadOut time_;
+    std::int32_t drag_time_ = 0;  // what the read-out shows while the knob is dragged, seconds
+    std::int32_t last_seek_target_ = 0;
+    bool playlist_shown_ = false;
+    std::int32_t remembered_height_;  // of the remote with its list, twips
     std::string file_path_;
     std::string title_;
     bool tray_restore_ = false;
     bool choosing_ = false;  // the open dialog is up
+    // What keeps its distance to the right edge, with its place at the smallest width.
+    std::vector<std::pair<forms::Control*, base::Twips>> right_side_;
 };
 
 }  // namespace nqp::remote

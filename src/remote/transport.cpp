@@ -27,6 +27,16 @@ void Transport::Play() {
     engine_.Play();
 }
 
+bool Transport::Stop() {
+    if (!ready_to_play || bPause || !EngineReady()) return false;
+    engine_.Pause();
+    stopped = true;
+    ready_to_play = false;
+    engine_.SetVisible(false);
+    engine_.SetCurrentPosition(0);
+    return true;
+}
+
 void Transport::TogglePause() {
     if (ready_to_play && !stopped && EngineReady()) {
         PauseNow();

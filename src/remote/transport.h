@@ -18,6 +18,8 @@ public:
 
     void Reset();
     void Play();
+    // True when it stopped: the clip then waits, paused and hidden, at its beginning.
+    bool Stop();
     void TogglePause();
 
 private:

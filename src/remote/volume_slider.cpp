@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "forms/run_time_error.h"
+
 namespace nqp::remote {
 namespace {
 
@@ -13,10 +15,14 @@ base::Twips VolumeTrack::Clamped(base::Twips knobTop) const {
     return std::max(top, std::min(knobTop, bottom - knobHeight));
 }
 
-std::int32_t VolumeTrack::VolumeAt(base::Twips knobTop) const {
+double VolumeTrack::FractionAt(base::Twips knobTop) const {
     const base::Twips way = bottom - top - knobHeight;
-    const double fraction = static_cast<double>(knobTop - top) / static_cast<double>(way);
-    return base::Floor(fraction * kBottomVolume);
+    if (way == 0) throw forms::RunTimeError("The volume slider has no room: division by zero.");
+    return static_cast<double>(knobTop - top) / static_cast<double>(way);
+}
+
+std::int32_t VolumeTrack::VolumeAt(base::Twips knobTop) const {
+    return base::Floor(FractionAt(knobTop) * kBottomVolume);
 }
 
 void ApplyVolume(core::MediaEngine& engine, std::int32_t volume) {

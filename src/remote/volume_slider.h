@@ -15,7 +15,10 @@ struct VolumeTrack {
 
     // The knob's top edge, moved to the nearer end when it lies outside of the track.
     base::Twips Clamped(base::Twips knobTop) const;
-    // What a knob place stands for, in hundredths of a decibel: 0 to -2500.
+    // What a knob place stands for: 0 at the top, 1 at the bottom. Throws forms::RunTimeError when
+    // the track is no longer than the knob.
+    double FractionAt(base::Twips knobTop) const;
+    // The same in hundredths of a decibel: 0 to -2500.
     std::int32_t VolumeAt(base::Twips knobTop) const;
 };
 

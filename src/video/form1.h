@@ -27,7 +27,12 @@ public:
     void LoadWindow() override { Load(); }
     void ShowWindow() override { Show(); }
     void HideWindow() override;
+    void ShowWindowAgain() override { ShowInactive(); }
     void UnloadWindow() override { Unload(); }
+    base::Point VideoPosition() const override { return {Left(), Top()}; }
+    void MoveVideo(base::Point topLeft) override {
+        Move({topLeft.x, topLeft.y, Width(), Height()});
+    }
     void PlaceWindow() override;
     void MakeTopmost(bool topmost) override { SetTopmost(topmost); }
     void BringForward() override { BringToFront(); }

@@ -44,7 +44,6 @@ constexpr forms::Color kHighlightInk = forms::Rgb(255, 255, 255);
 constexpr forms::Color kRule = forms::Rgb(78, 82, 92);
 
 constexpr int kFirstLabelId = 101;
-constexpr int kLineId = 120;
 
 base::Rect RowBounds(int index) {
     const int rowsAbove = index <= kSeparator ? index : index - 1;
@@ -69,7 +68,7 @@ Form5::Form5()
                    .backColor = kPaper,
                    .topmost = true}),
       Label1(*this, "Label1", kFirstLabelId, RowBounds),
-      Line1(*this, "Line1", kLineId, SeparatorEnd(kMargin + kTextIndent),
+      Line1(*this, "Line1", SeparatorEnd(kMargin + kTextIndent),
             SeparatorEnd(kMenuWidth - kMargin - kTextIndent)) {
     for (int index = 0; index < kLabelCount; ++index) {
         Label1[index].SetCaption(kCaptions[static_cast<std::size_t>(index)]);

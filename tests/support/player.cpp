@@ -5,7 +5,7 @@
 namespace nqp::test {
 
 Player::Player(const std::string& commandLine)
-    : form4({folder.Path(), commandLine, form1, form1.med, dialogs, tray}),
+    : form4({folder.Path(), commandLine, form1, form1.med, dialogs, tray, shell}),
       commandLine_(commandLine) {
     form1.Connect(form4, form5);
     form5.Connect(form1, form1, form4, form6);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/file.h"
 #include "core/main_app.h"
 #include "remote/form4.h"
 #include "scripted_engine.h"
@@ -41,6 +42,15 @@ public:
     std::vector<std::string> calls;
 };
 
+class RecordingShell final : public core::Shell {
+public:
+    void Open(const std::filesystem::path& document) override {
+        opened.push_back(base::Utf8FromPath(document));
+    }
+
+    std::vector<std::string> opened;
+};
+
 // The windows of the program over a scripted engine, in a program folder of their own.
 class Player final : public core::StartWindows {
 public:
@@ -62,6 +72,7 @@ public:
     ScriptedEngine engine;
     ScriptedDialogs dialogs;
     RecordingTray tray;
+    RecordingShell shell;
     video::Form1 form1{engine};
     video::Form6 form6{engine};
     video::Form5 form5;

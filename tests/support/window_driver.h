@@ -17,7 +17,15 @@ void ClickOn(forms::Control& control);
 void MovePointerOver(forms::Control& control, base::Twips x, base::Twips y);
 void MovePointerOver(forms::Form& form, base::Twips x, base::Twips y);
 void PressOn(forms::Form& form, int button, base::Twips x, base::Twips y);
+// The pointer over a control, with a button that is held; positions are inside the control as it is
+// at that moment.
+void PressOn(forms::Control& control, int button, base::Twips x, base::Twips y);
+void MoveHolding(forms::Control& control, int button, base::Twips x, base::Twips y);
+void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y);
+void MovePointerOff(forms::Control& control);
 void PressKey(forms::Form& form, int keyCode, int shift = 0);
+// The control has the focus.
+void PressKeyIn(forms::Control& control, int keyCode, int shift = 0);
 void TypeInto(forms::TextBox& field, const std::string& text);
 void LeaveField(forms::TextBox& field);
 void DragSlider(forms::Slider& slider, int value);
@@ -34,6 +42,8 @@ void ReportFromTrayIcon(forms::Form& form, int messageNumber);
 void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> drag);
 // Chooses an item in the next menu that the form pops up.
 void ChooseInNextMenu(forms::Form& form, const forms::Menu& menu, const forms::MenuItem& item);
+
+void CancelNextMenu(forms::Form& form);
 
 bool OnScreen(const forms::Form& form);
 bool Topmost(const forms::Form& form);

@@ -82,15 +82,6 @@ TEST_F(TransportTest, PauseTogglesBetweenPausedAndPlaying) {
     EXPECT_TRUE(transport_.loading);
 }
 
-TEST_F(TransportTest, PauseAfterStopDoesNothing) {
-    OpenClip();
-    transport_.Play();
-    transport_.stopped = true;
-    engine_.ForgetCalls();
-    transport_.TogglePause();
-    EXPECT_EQ(engine_.calls, Calls{});
-}
-
 TEST_F(TransportTest, PauseWithNothingLoadedDoesNothing) {
     transport_.ready_to_play = true;
     transport_.TogglePause();
@@ -103,6 +94,63 @@ TEST_F(TransportTest, ResetClearsEveryFlag) {
     transport_.Reset();
     EXPECT_FALSE(transport_.ready_to_play || transport_.bPause || transport_.stopped ||
                  transport_.loading);
+}
+
+TEST_F(TransportTest, StopPausesHidesAndGoesBackToTheBeginning) {
+    OpenClip();
+    transport_.Play();
+    engine_.position = 40;
+    engine_.ForgetCalls();
+    EXPECT_TRUE(transport_.Stop());
+    EXPECT_EQ(engine_.calls, (Calls{"Pause", "Visible = false", "CurrentPosition = 0"}));
+    EXPECT_TRUE(transport_.stopped);
+    EXPECT_FALSE(transport_.ready_to_play);
+    EXPECT_FALSE(transport_.bPause);
+}
+
+TEST_F(TransportTest, StopWhilePausedDoesNothing) {
+    OpenClip();
+    transport_.Play();
+    transport_.TogglePause();
+    engine_.ForgetCalls();
+    EXPECT_FALSE(transport_.Stop());
+    EXPECT_EQ(engine_.calls, Calls{});
+    EXPECT_FALSE(transport_.stopped);
+}
+
+TEST_F(TransportTest, StopWithNothingLoadedDoesNothing) {
+    transport_.Play();
+    EXPECT_FALSE(transport_.Stop());
+    EXPECT_EQ(engine_.calls, Calls{});
+    EXPECT_TRUE(transport_.ready_to_play);
+}
+
+TEST_F(TransportTest, StopTwiceDoesNothingTheSecondTime) {
+    OpenClip();
+    transport_.Play();
+    EXPECT_TRUE(transport_.Stop());
+    EXPECT_FALSE(transport_.Stop());
+}
+
+TEST_F(TransportTest, PauseAfterStopDoesNothing) {
+    OpenClip();
+    transport_.Play();
+    transport_.Stop();
+    engine_.ForgetCalls();
+    transport_.TogglePause();
+    EXPECT_EQ(engine_.calls, Calls{});
+}
+
+TEST_F(TransportTest, PlayAfterStopStartsAtTheBeginning) {
+    OpenClip();
+    transport_.Play();
+    engine_.position = 40;
+    transport_.Stop();
+    transport_.Play();
+    EXPECT_EQ(engine_.State(), core::PlayState::Playing);
+    EXPECT_EQ(engine_.position, 0);
+    EXPECT_TRUE(engine_.Visible());
+    EXPECT_FALSE(transport_.stopped);
 }
 
 }  // namespace

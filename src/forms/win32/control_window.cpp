@@ -1,7 +1,12 @@
 #include "forms/win32/control_window.h"
 
+#include <commctrl.h>
+#include <oleacc.h>
+
 #include <unordered_map>
 
+#include "forms/win32/accessible.h"
+#include "forms/win32/winapi/gdi.h"
 #include "forms/win32/window.h"
 
 namespace nqp::forms::win32 {
@@ -46,26 +51,58 @@ int ControlWindow::Dpi() const {
 void ControlWindow::Update() {
     Place();
     UpdateFont();
-    EnableWindow(hwnd_, state_.enabled ? TRUE : FALSE);
+    if ((IsWindowEnabled(hwnd_) != 0) != state_.enabled) EnableWindow(hwnd_, state_.enabled);
     UpdateKind();
     if (toolTip_ != state_.toolTip) {
         toolTip_ = state_.toolTip;
         window_.SetToolTip(hwnd_, toolTip_);
     }
-    ShowWindow(hwnd_, state_.visible ? SW_SHOWNA : SW_HIDE);
+    UpdateVisibility();
+    UpdateAccessibility();
 }
 
 // The edges are rounded, not the size, so that neighbours meet at every resolution.
 void ControlWindow::Place() {
-    const int dpi = Dpi();
-    const base::Rect& bounds = state_.bounds;
-    const int left = base::TwipsToPixels(bounds.left, dpi);
-    const int top = base::TwipsToPixels(bounds.top, dpi);
-    const int width = base::TwipsToPixels(bounds.right(), dpi) - left;
-    const int height = base::TwipsToPixels(bounds.bottom(), dpi) - top;
-    const bool line = state_.kind == ControlKind::Line;
-    SetWindowPos(hwnd_, nullptr, left, top, line && width < 1 ? 1 : width,
-                 line && height < 1 ? 1 : height, SWP_NOZORDER | SWP_NOACTIVATE);
+    const RECT place = winapi::PixelsOf(state_.bounds, Dpi());
+    if (EqualRect(&place, &place_) != 0) return;
+    place_ = place;
+    SetWindowPos(hwnd_, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// A control that is hidden gives the keys back to its window.
+void ControlWindow::UpdateVisibility() {
+    const bool shown = (GetWindowLongPtrW(hwnd_, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown == state_.visible) return;
+    if (!state_.visible && HasFocus()) ::SetFocus(window_.Hwnd());
+    ShowWindow(hwnd_, state_.visible ? SW_SHOWNA : SW_HIDE);
+    if (state_.visible) BecameVisible();
+}
+
+void ControlWindow::UpdateAccessibility() {
+    if (accessibleName_ != state_.accessibleName) {
+        if (accessibleName_.empty()) SetWindowSubclass(hwnd_, NamedProcedure, 0, 0);
+        accessibleName_ = state_.accessibleName;
+        NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, hwnd_, OBJID_CLIENT, CHILDID_SELF);
+    }
+    if (accessibleValue_ != state_.accessibleValue) {
+        accessibleValue_ = state_.accessibleValue;
+        NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, hwnd_, OBJID_CLIENT, CHILDID_SELF);
+    }
+}
+
+// Answers assistive tools for any kind of control that has a name.
+LRESULT CALLBACK ControlWindow::NamedProcedure(HWND hwnd, UINT message, WPARAM wParam,
+                                               LPARAM lParam, UINT_PTR id, DWORD_PTR) noexcept {
+    if (message == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT) {
+        return AccessibleObjectOf(hwnd, wParam);
+    }
+    if (message == kPress) {
+        if (ControlWindow* control = Of(hwnd)) control->Press();
+        return 0;
+    }
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(hwnd, NamedProcedure, id);
+    return DefSubclassProc(hwnd, message, wParam, lParam);
 }
 
 void ControlWindow::UpdateFont() {
@@ -80,6 +117,14 @@ void ControlWindow::UpdateFont() {
 
 void ControlWindow::SetFocus() {
     ::SetFocus(hwnd_);
+}
+
+bool ControlWindow::HasFocus() const {
+    return GetFocus() == hwnd_;
+}
+
+void ControlWindow::Press() {
+    if (events_ != nullptr && state_.visible && state_.enabled) events_->OnClick();
 }
 
 void ControlWindow::Retire() {

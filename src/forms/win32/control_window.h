@@ -9,8 +9,11 @@ namespace nqp::forms::win32 {
 
 class Window;
 
+// Sent to a control's window: press the control, as a click would.
+inline constexpr UINT kPress = WM_APP + 1;
+
 // The window behind a control: one of the platform's own controls, or one that is drawn here
-// ("nqp.Label", "nqp.Line", "nqp.PictureBox").
+// ("nqp.Label", "nqp.PictureBox").
 class ControlWindow : public ControlPeer {
 public:
     // The control behind a handle; null for one that is none of ours.
@@ -24,10 +27,15 @@ public:
 
     void Update() override;
     void SetFocus() override;
+    bool HasFocus() const override;
     void Retire() override;
 
     // A notification that the control sent to its window.
     virtual void Notify(UINT message, WORD code) = 0;
+    // A button whose drawing is left to its window.
+    virtual void DrawItem(const DRAWITEMSTRUCT&) {}
+    // An assistive tool, or a tool outside the program, presses the control.
+    void Press();
 
 protected:
     ControlWindow(const ControlState& state, ControlEvents& events, Window& window);
@@ -36,23 +44,32 @@ protected:
     HWND Hwnd() const { return hwnd_; }
     HFONT Font() const { return static_cast<HFONT>(font_.get()); }
     int Dpi() const;
+    Window& Parent() const { return window_; }
     ControlEvents* Events() const { return events_; }
     // Shows what is particular to the kind.
     virtual void UpdateKind() = 0;
+    virtual void BecameVisible() {}
 
 private:
+    static LRESULT CALLBACK NamedProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
+                                           UINT_PTR id, DWORD_PTR) noexcept;
     void Place();
     void UpdateFont();
+    void UpdateVisibility();
+    void UpdateAccessibility();
 
     const ControlState& state_;
     ControlEvents* events_;  // null once retired
     Window& window_;
     HWND hwnd_ = nullptr;
+    RECT place_{};
     winapi::GdiObject font_;
     int fontDpi_ = 0;
     float fontScale_ = 0;
     bool fontBold_ = false;
     std::string toolTip_;
+    std::string accessibleName_;
+    std::string accessibleValue_;
 };
 
 }  // namespace nqp::forms::win32

@@ -1,22 +1,14 @@
 #include "forms/win32/drawn_control.h"
 
-#include "forms/win32/graphics.h"
+#include <utility>
+
+#include "base/resample.h"
 #include "forms/win32/winapi/mouse.h"
 #include "forms/win32/winapi/text.h"
+#include "forms/win32/window.h"
 
 namespace nqp::forms::win32 {
 namespace {
-
-const wchar_t* ClassNameOf(ControlKind kind) {
-    switch (kind) {
-        case ControlKind::Line:
-            return L"nqp.Line";
-        case ControlKind::PictureBox:
-            return L"nqp.PictureBox";
-        default:
-            return L"nqp.Label";
-    }
-}
 
 UINT Alignment(Align align) {
     switch (align) {
@@ -33,7 +25,8 @@ UINT Alignment(Align align) {
 
 DrawnControl::DrawnControl(const ControlState& state, ControlEvents& events, Window& window)
     : ControlWindow(state, events, window) {
-    const wchar_t* className = ClassNameOf(state.kind);
+    const wchar_t* className =
+        state.kind == ControlKind::PictureBox ? L"nqp.PictureBox" : L"nqp.Label";
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
     windowClass.style = CS_DBLCLKS;
@@ -42,7 +35,11 @@ DrawnControl::DrawnControl(const ControlState& state, ControlEvents& events, Win
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.lpszClassName = className;
     RegisterClassExW(&windowClass);  // fails, harmlessly, from the second time on
-    Create(className, 0);
+    Create(className, TakesKeys() ? WS_TABSTOP : 0U);
+}
+
+bool DrawnControl::TakesKeys() const {
+    return State().role == Role::Button || State().role == Role::Slider;
 }
 
 LRESULT CALLBACK DrawnControl::Procedure(HWND hwnd, UINT message, WPARAM wParam,
@@ -55,9 +52,29 @@ LRESULT CALLBACK DrawnControl::Procedure(HWND hwnd, UINT message, WPARAM wParam,
 LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (HandleMouse(hwnd, message, wParam, lParam)) return 0;
     switch (message) {
-        case WM_NCHITTEST:
-            // A line belongs to the face of its window.
-            if (State().kind == ControlKind::Line) return HTTRANSPARENT;
+        case WM_MOUSELEAVE:
+            watching_ = false;
+            if (Events() != nullptr) Events()->OnMouseLeave();
+            return 0;
+        case WM_CAPTURECHANGED:
+            LoseCapture(reinterpret_cast<HWND>(lParam));
+            return 0;
+        case WM_GETDLGCODE:
+            return WantedKeys(lParam);
+        case WM_KEYDOWN:
+            if (Events() == nullptr) break;
+            Events()->OnKeyDown({static_cast<int>(wParam), winapi::HeldShiftKeys()});
+            return 0;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            InvalidateRect(hwnd, nullptr, FALSE);
+            break;
+        case WM_SIZE:
+            InvalidateRect(hwnd, nullptr, FALSE);
+            break;
+        case WM_MOVE:
+            // The face behind it is another one now.
+            InvalidateRect(hwnd, nullptr, FALSE);
             break;
         case WM_ERASEBKGND:
             return 1;
@@ -70,6 +87,16 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
     return DefWindowProcW(hwnd, message, wParam, lParam);
 }
 
+// Without this the keys would move the focus, or press a dialog's default button.
+LRESULT DrawnControl::WantedKeys(LPARAM lParam) const {
+    const auto* message = reinterpret_cast<const MSG*>(lParam);
+    const bool pressing = message != nullptr && message->message == WM_KEYDOWN &&
+                          (message->wParam == VK_RETURN || message->wParam == VK_SPACE);
+    if (State().role == Role::Slider) return DLGC_WANTARROWS;
+    if (State().role == Role::Button) return pressing ? DLGC_WANTMESSAGE : DLGC_BUTTON;
+    return DLGC_STATIC;
+}
+
 // The press captures the pointer, so that a drag goes on outside of the control.
 bool DrawnControl::HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     const auto mouse = winapi::ReadMouse(message, wParam, lParam, Dpi());
@@ -77,10 +104,12 @@ bool DrawnControl::HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lP
     switch (mouse->action) {
         case winapi::MouseAction::Down:
             SetCapture(hwnd);
+            held_ = mouse->event;
             Events()->OnMouseDown(mouse->event);
             if (mouse->doubled && Events() != nullptr) Events()->OnDoubleClick();
             break;
         case winapi::MouseAction::Move:
+            WatchForLeave(hwnd);
             Events()->OnMouseMove(mouse->event);
             break;
         case winapi::MouseAction::Up:
@@ -90,8 +119,21 @@ bool DrawnControl::HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lP
     return true;
 }
 
+void DrawnControl::WatchForLeave(HWND hwnd) {
+    if (watching_) return;
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hwnd, 0};
+    watching_ = TrackMouseEvent(&track) != 0;
+}
+
+// A control that appears under the pointer need not get a move before the pointer leaves it.
+void DrawnControl::BecameVisible() {
+    POINT pointer{};
+    if (GetCursorPos(&pointer) != 0 && WindowFromPoint(pointer) == Hwnd()) WatchForLeave(Hwnd());
+}
+
 void DrawnControl::ReleaseAt(HWND hwnd, LPARAM position, const base::MouseEvent& event) noexcept {
     const bool pressedHere = GetCapture() == hwnd;
+    held_.reset();
     ReleaseCapture();
     Events()->OnMouseUp(event);
     RECT area{};
@@ -102,24 +144,61 @@ void DrawnControl::ReleaseAt(HWND hwnd, LPARAM position, const base::MouseEvent&
     if (clicked && Events() != nullptr) Events()->OnClick();
 }
 
+// Another window took the pointer while the button was down: nothing is held any more.
+void DrawnControl::LoseCapture(HWND to) noexcept {
+    const auto held = std::exchange(held_, std::nullopt);
+    if (held && to != Hwnd() && Events() != nullptr) Events()->OnMouseUp(*held);
+}
+
 void DrawnControl::Paint(HWND hwnd) {
     const BufferedPaint paint(hwnd);
-    paint.Fill(paint.Area(), State().backColor);
+    if (State().picture != nullptr) {
+        DrawPicture(paint.Target(), paint.Area());
+    } else {
+        Fill(paint.Target(), paint.Area(), State().backColor);
+        DrawCaption(paint.Target(), paint.Area());
+    }
+    if (HasFocus()) DrawFocusRing(paint.Target(), paint.Area(), Dpi());
+}
+
+void DrawnControl::DrawPicture(HDC target, const RECT& area) {
+    const bool fits = scaled_ != nullptr && scaledFrom_ == State().picture &&
+                      scaled_->Size().cx == area.right && scaled_->Size().cy == area.bottom;
+    if (!fits) {
+        scaledFrom_ = State().picture;
+        opaque_ = scaledFrom_->Opaque();
+        scaled_ = std::make_unique<Canvas>(base::Resample(
+            *scaledFrom_, static_cast<int>(area.right), static_cast<int>(area.bottom)));
+    }
+    if (!opaque_) {
+        const RECT place = winapi::PixelsOf(State().bounds, Dpi());
+        OffsetViewportOrgEx(target, -place.left, -place.top, nullptr);
+        Parent().DrawFace(target);
+        OffsetViewportOrgEx(target, place.left, place.top, nullptr);
+        scaled_->BlendTo(target);
+    } else {
+        scaled_->CopyTo(target);
+    }
+}
+
+void DrawnControl::DrawCaption(HDC target, RECT area) {
     if (State().text.empty()) return;
-    RECT area = paint.Area();
     InflateRect(&area, -base::TwipsToPixels(State().indent, Dpi()), 0);
-    const HGDIOBJ previous = SelectObject(paint.Canvas(), Font());
-    SetBkMode(paint.Canvas(), TRANSPARENT);
-    SetTextColor(paint.Canvas(), State().foreColor);
+    const HGDIOBJ previous = SelectObject(target, Font());
+    SetBkMode(target, TRANSPARENT);
+    SetTextColor(target, State().foreColor);
     DrawTextW(
-        paint.Canvas(), winapi::Utf16(State().text).c_str(), -1, &area,
+        target, winapi::Utf16(State().text).c_str(), -1, &area,
         DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS | Alignment(State().align));
-    SelectObject(paint.Canvas(), previous);
+    SelectObject(target, previous);
 }
 
 // Tools outside the program read a label by its window text.
 void DrawnControl::UpdateKind() {
-    SetWindowTextW(Hwnd(), winapi::Utf16(State().text).c_str());
+    if (shownText_ != State().text) {
+        shownText_ = State().text;
+        SetWindowTextW(Hwnd(), winapi::Utf16(shownText_).c_str());
+    }
     InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 

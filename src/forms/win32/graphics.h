@@ -2,12 +2,37 @@
 
 #include <windows.h>
 
+#include <memory>
+#include <type_traits>
+
+#include "base/bitmap.h"
 #include "forms/state.h"
 #include "forms/win32/winapi/gdi.h"
 
 namespace nqp::forms::win32 {
 
-// Draws through a bitmap in memory, so that nothing flickers; shows it when it goes.
+// A picture in memory that can be copied or blended onto the screen.
+class Canvas {
+public:
+    explicit Canvas(const base::Bitmap& picture);
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+    ~Canvas();
+
+    SIZE Size() const { return size_; }
+    // With its upper left corner at the origin of the target.
+    void CopyTo(HDC target) const;
+    void BlendTo(HDC target) const;
+
+private:
+    SIZE size_;
+    HDC dc_;
+    winapi::GdiObject bitmap_;
+    HGDIOBJ previous_;
+};
+
+// Draws the part of a window that needs it through a bitmap in memory, so that nothing flickers;
+// shows it when it goes. Coordinates are those of the window.
 class BufferedPaint {
 public:
     explicit BufferedPaint(HWND window);
@@ -15,17 +40,21 @@ public:
     BufferedPaint(const BufferedPaint&) = delete;
     BufferedPaint& operator=(const BufferedPaint&) = delete;
 
-    HDC Canvas() const { return canvas_; }
+    HDC Target() const { return target_; }
+    // The whole window.
     const RECT& Area() const { return area_; }
-    void Fill(const RECT& area, Color color) const;
 
 private:
     HWND window_;
     PAINTSTRUCT paint_{};
     RECT area_{};
-    HDC canvas_;
+    HDC target_;
     winapi::GdiObject bitmap_;
     HGDIOBJ previous_;
 };
+
+void Fill(HDC target, const RECT& area, Color color);
+// Shows where the keyboard's focus is, on any ground.
+void DrawFocusRing(HDC target, RECT area, int dpi);
 
 }  // namespace nqp::forms::win32

@@ -4,6 +4,8 @@
 
 #include "forms/win32/control_window.h"
 #include "forms/win32/drawn_control.h"
+#include "forms/win32/graphics.h"
+#include "forms/win32/line_control.h"
 #include "forms/win32/winapi/text.h"
 #include "forms/win32/window.h"
 
@@ -20,6 +22,13 @@ DWORD EditAlignment(Align align) {
         default:
             return ES_LEFT;
     }
+}
+
+Color Halfway(Color from, Color to) {
+    const auto part = [&](unsigned shift) {
+        return ((from >> shift & 0xFFU) + (to >> shift & 0xFFU)) / 2;
+    };
+    return Rgb(part(0), part(8), part(16));
 }
 
 class EditControl final : public ControlWindow {
@@ -60,15 +69,38 @@ class ButtonControl final : public ControlWindow {
 public:
     ButtonControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
-        Create(L"BUTTON", WS_TABSTOP | (state.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON));
+        Create(L"BUTTON", WS_TABSTOP | StyleOf(state));
     }
 
     void Notify(UINT message, WORD code) override {
         if (message == WM_COMMAND && code == BN_CLICKED && Events() != nullptr) Events()->OnClick();
     }
 
+    void DrawItem(const DRAWITEMSTRUCT& item) override {
+        const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+        RECT area = item.rcItem;
+        Fill(item.hDC, area, State().backColor);
+        const HGDIOBJ previous = SelectObject(item.hDC, Font());
+        SetBkMode(item.hDC, TRANSPARENT);
+        SetTextColor(item.hDC, State().enabled ? State().foreColor
+                                               : Halfway(State().foreColor, State().backColor));
+        if (pressed) OffsetRect(&area, 1, 1);
+        DrawTextW(item.hDC, winapi::Utf16(State().text).c_str(), -1, &area,
+                  DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_END_ELLIPSIS);
+        SelectObject(item.hDC, previous);
+        if ((item.itemState & ODS_FOCUS) != 0) DrawFocusRing(item.hDC, item.rcItem, Dpi());
+    }
+
 private:
-    void UpdateKind() override { SetWindowTextW(Hwnd(), winapi::Utf16(State().text).c_str()); }
+    static DWORD StyleOf(const ControlState& state) {
+        if (state.flat) return BS_OWNERDRAW;
+        return state.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    }
+
+    void UpdateKind() override {
+        SetWindowTextW(Hwnd(), winapi::Utf16(State().text).c_str());
+        if (State().flat) InvalidateRect(Hwnd(), nullptr, FALSE);
+    }
 };
 
 class SliderControl final : public ControlWindow {
@@ -99,6 +131,19 @@ private:
     }
 };
 
+class ListControl final : public ControlWindow {
+public:
+    ListControl(const ControlState& state, ControlEvents& events, Window& window)
+        : ControlWindow(state, events, window) {
+        Create(L"LISTBOX", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT);
+    }
+
+    void Notify(UINT, WORD) override {}
+
+private:
+    void UpdateKind() override { InvalidateRect(Hwnd(), nullptr, TRUE); }
+};
+
 void LoadCommonControls() {
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_BAR_CLASSES};
     static const BOOL loaded = InitCommonControlsEx(&classes);
@@ -119,6 +164,10 @@ std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, Contro
             return std::make_unique<win32::ButtonControl>(state, events, window);
         case ControlKind::Slider:
             return std::make_unique<win32::SliderControl>(state, events, window);
+        case ControlKind::ListBox:
+            return std::make_unique<win32::ListControl>(state, events, window);
+        case ControlKind::Line:
+            return std::make_unique<win32::LineControl>(state, window);
         default:
             return std::make_unique<win32::DrawnControl>(state, events, window);
     }

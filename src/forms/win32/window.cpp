@@ -6,8 +6,9 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "base/resample.h"
 #include "forms/win32/control_window.h"
-#include "forms/win32/graphics.h"
+#include "forms/win32/line_control.h"
 #include "forms/win32/message_loop.h"
 #include "forms/win32/screen.h"
 #include "forms/win32/winapi/gdi.h"
@@ -38,7 +39,7 @@ Styles StylesOf(const WindowState& state) {
                     WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | topmost};
         default:
             return {WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN,
-                    WS_EX_APPWINDOW | topmost};
+                    WS_EX_APPWINDOW | topmost | (state.tabMoves ? WS_EX_CONTROLPARENT : 0U)};
     }
 }
 
@@ -143,6 +144,7 @@ LRESULT Window::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
             SetCursor(CursorOf(state_.pointer));
             return TRUE;
         case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
             return ColourOfControl(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
@@ -184,7 +186,7 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
             return false;
         case WM_ACTIVATE:
             HandleActivation(LOWORD(wParam) != WA_INACTIVE, reinterpret_cast<HWND>(lParam));
-            return IsDialog() && LOWORD(wParam) != WA_INACTIVE;
+            return TabMoves() && LOWORD(wParam) != WA_INACTIVE;
         case WM_MOUSEACTIVATE:
             // A click that is to activate the window; a menu's hit code comes from a window manager
             // that gives the focus on its own account.
@@ -199,6 +201,11 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
         case WM_DPICHANGED:
             ChangeDpi(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
             return true;
+        case WM_DRAWITEM: {
+            const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+            if (ControlWindow* control = ControlWindow::Of(item.hwndItem)) control->DrawItem(item);
+            return true;
+        }
         case WM_COMMAND:
         case WM_HSCROLL:
             if (ControlWindow* control = ControlWindow::Of(reinterpret_cast<HWND>(lParam))) {
@@ -231,29 +238,78 @@ bool Window::Opened(HWND other) const {
     return false;
 }
 
-// A dialog gives the focus back to the control that had it; the system would leave it on the
-// window itself.
+// The focus goes back to the control that had it; the system would leave it on the window itself.
+// Only a dialog starts with the focus on its first control.
 void Window::RememberFocus(bool active) {
-    if (!IsDialog()) return;
+    if (!TabMoves()) return;
     if (!active) {
         focus_ = GetFocus();
         return;
     }
-    if (IsChild(hwnd_, focus_) == 0) focus_ = GetNextDlgTabItem(hwnd_, nullptr, FALSE);
+    const bool usable = IsChild(hwnd_, focus_) != 0 && IsWindowVisible(focus_) != 0;
+    if (!usable) focus_ = IsDialog() ? GetNextDlgTabItem(hwnd_, nullptr, FALSE) : hwnd_;
     SetFocus(focus_);
 }
 
 void Window::ChangeDpi(int dpi, const RECT& suggested) {
     dpi_ = dpi;
+    scaledBackdrop_ = {};
+    backdrop_.reset();
     SetWindowPos(hwnd_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     for (ControlWindow* control : controls_)
         control->Update();
 }
 
-void Window::Paint() const {
+void Window::Paint() {
     const BufferedPaint paint(hwnd_);
-    paint.Fill(paint.Area(), state_.backColor);
+    DrawFace(paint.Target());
+}
+
+void Window::DrawFace(HDC target) {
+    RECT area{};
+    GetClientRect(hwnd_, &area);
+    if (const Canvas* backdrop = DrawnBackdrop()) {
+        backdrop->CopyTo(target);
+    } else {
+        Fill(target, area, state_.backColor);
+    }
+    for (const LineControl* line : lines_)
+        line->Draw(target, dpi_);
+}
+
+// Null when there is none. Scaling is the slow step and does not depend on the window's size.
+const Canvas* Window::DrawnBackdrop() {
+    const Backdrop& wanted = state_.backdrop;
+    if (wanted.picture == nullptr || wanted.picture->Empty()) return nullptr;
+    if (scaledBackdrop_.Empty()) {
+        scaledBackdrop_ =
+            base::Resample(*wanted.picture, base::TwipsToPixels(wanted.designSize.width, dpi_),
+                           base::TwipsToPixels(wanted.designSize.height, dpi_));
+    }
+    RECT area{};
+    GetClientRect(hwnd_, &area);
+    const bool fits = backdrop_ != nullptr && backdrop_->Size().cx == area.right &&
+                      backdrop_->Size().cy == area.bottom;
+    if (!fits && area.right > 0 && area.bottom > 0) {
+        backdrop_ = std::make_unique<Canvas>(
+            base::ExtendAt(scaledBackdrop_, base::TwipsToPixels(wanted.stretchPoint.x, dpi_),
+                           base::TwipsToPixels(wanted.stretchPoint.y, dpi_),
+                           static_cast<int>(area.right), static_cast<int>(area.bottom)));
+    }
+    return backdrop_.get();
+}
+
+void Window::SetBackdrop(const Backdrop& backdrop) {
+    state_.backdrop = backdrop;
+    scaledBackdrop_ = {};
+    backdrop_.reset();
+    FaceChanged();
+}
+
+// Controls that are not opaque show the face too.
+void Window::FaceChanged() {
+    RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
 LRESULT Window::ColourOfControl(HWND hwnd, HDC canvas) noexcept {
@@ -280,6 +336,10 @@ bool Window::HandleKey(WPARAM key) {
 
 void Window::Remove(ControlWindow& control) {
     std::erase(controls_, &control);
+}
+
+void Window::Remove(LineControl& line) {
+    std::erase(lines_, &line);
 }
 
 void Window::SetToolTip(HWND control, const std::string& text) {
@@ -315,6 +375,11 @@ void Window::Show() {
     NoteProgramActed();
     ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(hwnd_);
+}
+
+void Window::ShowInactive() {
+    NoteProgramActed();
+    ShowWindow(hwnd_, SW_SHOWNOACTIVATE);
 }
 
 void Window::ShowOnTop() {

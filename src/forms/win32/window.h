@@ -2,13 +2,16 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <vector>
 
 #include "forms/backend.h"
+#include "forms/win32/graphics.h"
 
 namespace nqp::forms::win32 {
 
 class ControlWindow;
+class LineControl;
 
 // A window of the platform behind a form. Its class is "nqp." and the form's name.
 class Window final : public WindowPeer {
@@ -24,6 +27,7 @@ public:
     HWND Hwnd() const { return hwnd_; }
     int Dpi() const { return dpi_; }
     bool IsDialog() const { return state_.frame == FrameStyle::Dialog; }
+    bool TabMoves() const { return state_.tabMoves || IsDialog(); }
     // True when the form used the key.
     bool HandleKey(WPARAM key);
     void SetToolTip(HWND control, const std::string& text);
@@ -31,9 +35,16 @@ public:
     // Called by the controls as they come and go.
     void Add(ControlWindow& control) { controls_.push_back(&control); }
     void Remove(ControlWindow& control);
+    void Add(LineControl& line) { lines_.push_back(&line); }
+    void Remove(LineControl& line);
+
+    // What lies behind the controls, in the window's coordinates: colour, backdrop and lines.
+    void DrawFace(HDC target);
+    void FaceChanged();
 
     void Retire() override;
     void Show() override;
+    void ShowInactive() override;
     void ShowOnTop() override;
     void Hide() override;
     void Move(const base::Rect& bounds) override;
@@ -43,6 +54,7 @@ public:
     void SetTopmost(bool topmost) override;
     void BringToFront() override;
     void SetPointer(Pointer pointer) override;
+    void SetBackdrop(const Backdrop& backdrop) override;
     void Drag(HitCode code) override;
     void PopUp(Menu& menu) override;
     base::NativeWindow Handle() const override { return hwnd_; }
@@ -59,7 +71,8 @@ private:
     bool Opened(HWND other) const;
     void RememberFocus(bool active);
     void ChangeDpi(int dpi, const RECT& suggested);
-    void Paint() const;
+    void Paint();
+    const Canvas* DrawnBackdrop();
     LRESULT DefaultButton() const;
 
     WindowState state_;
@@ -70,6 +83,9 @@ private:
     bool deactivating_ = false;
     HWND toolTips_ = nullptr;
     std::vector<ControlWindow*> controls_;
+    std::vector<LineControl*> lines_;
+    base::Bitmap scaledBackdrop_;       // at its design size and this resolution
+    std::unique_ptr<Canvas> backdrop_;  // at the window's size; null until it is drawn
 };
 
 }  // namespace nqp::forms::win32

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "forms/win32/winapi/gdi.h"
-#include "platform/engine/message_window.h"
+#include "platform/message_window.h"
 
 namespace nqp::platform {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 #include "platform/engine/engine_dialogs.h"
 #include "platform/engine/full_screen_window.h"
 #include "platform/engine/playback_graph.h"
@@ -82,7 +82,7 @@ private:
     std::intptr_t ReadProperty(int number) const;
     bool ObeyScript(int number, std::intptr_t value);
 
-    const ComApartment apartment_;
+    const winapi::ComApartment apartment_;
     const std::vector<GraphOpener> openers_;
     std::unique_ptr<VideoView> view_;
     std::unique_ptr<FullScreenWindow> fullScreen_;

@@ -2,21 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/pixels.h"
+
 namespace nqp::platform {
-
-struct PixelSize {
-    int width = 0;
-    int height = 0;
-    bool operator==(const PixelSize&) const = default;
-};
-
-struct PixelRect {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-    bool operator==(const PixelRect&) const = default;
-};
 
 // The largest place inside `area`, centred, that keeps the shape of `picture`; the rest of the area
 // is bars. A picture without a shape fills the area.

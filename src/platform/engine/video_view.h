@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "base/input.h"
-#include "platform/engine/message_window.h"
+#include "platform/message_window.h"
 
 namespace nqp::platform {
 

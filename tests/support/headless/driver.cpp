@@ -44,6 +44,32 @@ void PressOn(forms::Form& form, int button, base::Twips x, base::Twips y) {
     RunMessages();
 }
 
+void PressOn(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    PeerOf(control).events->OnMouseDown({.Button = button, .X = x, .Y = y});
+    RunMessages();
+}
+
+void MoveHolding(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    PeerOf(control).events->OnMouseMove({.Button = button, .X = x, .Y = y});
+}
+
+void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    PeerOf(control).events->OnMouseUp({.Button = button, .X = x, .Y = y});
+    RunMessages();
+}
+
+void MovePointerOff(forms::Control& control) {
+    PeerOf(control).events->OnMouseLeave();
+}
+
+void PressKeyIn(forms::Control& control, int keyCode, int shift) {
+    headless::Control& peer = PeerOf(control);
+    peer.SetFocus();
+    const base::KeyEvent key{keyCode, shift};
+    if (!peer.window.events->OnKeyDown(key) && peer.events != nullptr) peer.events->OnKeyDown(key);
+    RunMessages();
+}
+
 void PressKey(forms::Form& form, int keyCode, int shift) {
     PeerOf(form).events->OnKeyDown({keyCode, shift});
     RunMessages();
@@ -89,6 +115,10 @@ void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> dra
 
 void ChooseInNextMenu(forms::Form& form, const forms::Menu&, const forms::MenuItem& item) {
     PeerOf(form).nextMenuChoice = item.Name();
+}
+
+void CancelNextMenu(forms::Form& form) {
+    PeerOf(form).nextMenuChoice.clear();
 }
 
 bool OnScreen(const forms::Form& form) {

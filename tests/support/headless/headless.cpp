@@ -110,7 +110,8 @@ Window::Window(const forms::WindowState& state, forms::WindowEvents& sink, Windo
       owner(opener),
       bounds(WholePixels(state.bounds)),
       topmost(state.topmost),
-      pointer(state.pointer) {
+      pointer(state.pointer),
+      backdrop(state.backdrop) {
     if (state.frame == forms::FrameStyle::Dialog) {
         bounds.width += kDialogFrame.width;
         bounds.height += kDialogFrame.height;
@@ -183,11 +184,20 @@ Control::Control(const forms::ControlState& shown, forms::ControlEvents& sink, W
 
 Control::~Control() {
     std::erase(controls, this);
+    if (HasFocus()) window.focus = nullptr;
+}
+
+void Control::SetFocus() {
+    Control* before = std::exchange(window.focus, this);
+    if (before != nullptr && before != this && before->events != nullptr) {
+        before->events->OnFocusLost();
+    }
 }
 
 void Control::Update() {
     text = state.text;
     visible = state.visible;
+    if (!visible && HasFocus()) window.focus = nullptr;
 }
 
 }  // namespace test::headless

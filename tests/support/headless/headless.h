@@ -9,6 +9,8 @@
 // The backend without windows: it keeps what a screen would show, as whole pixels at 96 dpi.
 namespace nqp::test::headless {
 
+class Control;
+
 class Window final : public forms::WindowPeer {
 public:
     Window(const forms::WindowState& state, forms::WindowEvents& events, Window* owner);
@@ -16,6 +18,7 @@ public:
 
     void Retire() override;
     void Show() override;
+    void ShowInactive() override { visible = true; }
     void ShowOnTop() override;
     void Hide() override;
     void Move(const base::Rect& bounds) override;
@@ -25,6 +28,7 @@ public:
     void SetTopmost(bool on) override;
     void BringToFront() override;
     void SetPointer(forms::Pointer shape) override { pointer = shape; }
+    void SetBackdrop(const forms::Backdrop& shown) override { backdrop = shown; }
     void Drag(forms::HitCode code) override;
     void PopUp(forms::Menu& menu) override;
     // Not a window of the platform, but as good for telling windows apart.
@@ -36,6 +40,8 @@ public:
     bool visible = false;
     bool topmost = false;
     forms::Pointer pointer;
+    forms::Backdrop backdrop;
+    Control* focus = nullptr;
     std::function<base::Rect(forms::HitCode)> nextDrag;
     std::string nextMenuChoice;
 };
@@ -46,7 +52,8 @@ public:
     ~Control() override;
 
     void Update() override;
-    void SetFocus() override {}
+    void SetFocus() override;
+    bool HasFocus() const override { return window.focus == this; }
     void Retire() override { events = nullptr; }
 
     forms::ControlEvents* events;

@@ -6,6 +6,7 @@
 #include <array>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "base/geometry.h"
 #include "forms/win32/message_loop.h"
@@ -34,6 +35,33 @@ LPARAM PositionIn(const forms::Form& form, base::Twips x, base::Twips y) {
         return static_cast<WORD>(base::RoundHalfEven(twips / perPixel));
     };
     return MAKELPARAM(pixels(x), pixels(y));
+}
+
+void HoldShiftKeys(int shift) {
+    std::array<BYTE, 256> keys{};
+    constexpr BYTE kDown = 0x80;
+    if ((shift & base::kShiftKey) != 0) keys[VK_SHIFT] = kDown;
+    if ((shift & base::kControlKey) != 0) keys[VK_CONTROL] = kDown;
+    if ((shift & base::kAltKey) != 0) keys[VK_MENU] = kDown;
+    SetKeyboardState(keys.data());
+}
+
+WPARAM HeldButton(int button) {
+    return button == base::kRightButton ? MK_RBUTTON : MK_LBUTTON;
+}
+
+// A key that was typed while `window` had the focus.
+void TypeKey(HWND window, int keyCode, int shift) {
+    HoldShiftKeys(shift);
+    MSG message{};
+    message.hwnd = window;
+    message.message = (shift & base::kAltKey) != 0 ? WM_SYSKEYDOWN : WM_KEYDOWN;
+    message.wParam = static_cast<WPARAM>(keyCode);
+    constexpr LPARAM kAltIsHeld = LPARAM{1} << 29;
+    if ((shift & base::kAltKey) != 0) message.lParam = kAltIsHeld;
+    forms::win32::Dispatch(message);
+    HoldShiftKeys(0);
+    RunMessages();
 }
 
 // Watches one form's window until it has done its work.
@@ -81,21 +109,20 @@ private:
     std::function<base::Rect(forms::HitCode)> drag_;
 };
 
+// Types these keys into the next menu.
 class MenuWatch final : public Watch {
 public:
-    explicit MenuWatch(std::size_t index) : index_(index) {}
+    explicit MenuWatch(std::vector<WPARAM> keys) : keys_(std::move(keys)) {}
 
     bool Handle(HWND window, UINT message, WPARAM) override {
         if (message != WM_INITMENUPOPUP) return false;
-        for (std::size_t step = 0; step <= index_; ++step) {
-            PostMessageW(window, WM_KEYDOWN, VK_DOWN, 0);
-        }
-        PostMessageW(window, WM_KEYDOWN, VK_RETURN, 0);
+        for (const WPARAM key : keys_)
+            PostMessageW(window, WM_KEYDOWN, key, 0);
         return true;
     }
 
 private:
-    std::size_t index_;
+    std::vector<WPARAM> keys_;
 };
 
 // A window that belongs to no form stands for another program.
@@ -112,15 +139,6 @@ void Activate(HWND window) {
     SetForegroundWindow(window);
     SetActiveWindow(window);
     RunMessages();
-}
-
-void HoldShiftKeys(int shift) {
-    std::array<BYTE, 256> keys{};
-    constexpr BYTE kDown = 0x80;
-    if ((shift & base::kShiftKey) != 0) keys[VK_SHIFT] = kDown;
-    if ((shift & base::kControlKey) != 0) keys[VK_CONTROL] = kDown;
-    if ((shift & base::kAltKey) != 0) keys[VK_MENU] = kDown;
-    SetKeyboardState(keys.data());
 }
 
 }  // namespace
@@ -153,16 +171,35 @@ void PressOn(forms::Form& form, int button, base::Twips x, base::Twips y) {
 }
 
 void PressKey(forms::Form& form, int keyCode, int shift) {
-    HoldShiftKeys(shift);
-    MSG message{};
-    message.hwnd = HandleOf(form);
-    message.message = (shift & base::kAltKey) != 0 ? WM_SYSKEYDOWN : WM_KEYDOWN;
-    message.wParam = static_cast<WPARAM>(keyCode);
-    constexpr LPARAM kAltIsHeld = LPARAM{1} << 29;
-    if ((shift & base::kAltKey) != 0) message.lParam = kAltIsHeld;
-    forms::win32::Dispatch(message);
-    HoldShiftKeys(0);
+    TypeKey(HandleOf(form), keyCode, shift);
+}
+
+void PressKeyIn(forms::Control& control, int keyCode, int shift) {
+    Activate(HandleOf(control.Parent()));
+    control.SetFocus();
+    TypeKey(HandleOf(control), keyCode, shift);
+}
+
+void PressOn(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    const UINT message = button == base::kRightButton ? WM_RBUTTONDOWN : WM_LBUTTONDOWN;
+    SendMessageW(HandleOf(control), message, HeldButton(button),
+                 PositionIn(control.Parent(), x, y));
     RunMessages();
+}
+
+void MoveHolding(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    SendMessageW(HandleOf(control), WM_MOUSEMOVE, HeldButton(button),
+                 PositionIn(control.Parent(), x, y));
+}
+
+void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y) {
+    const UINT message = button == base::kRightButton ? WM_RBUTTONUP : WM_LBUTTONUP;
+    SendMessageW(HandleOf(control), message, 0, PositionIn(control.Parent(), x, y));
+    RunMessages();
+}
+
+void MovePointerOff(forms::Control& control) {
+    SendMessageW(HandleOf(control), WM_MOUSELEAVE, 0, 0);
 }
 
 void TypeInto(forms::TextBox& field, const std::string& text) {
@@ -210,8 +247,13 @@ void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> dra
 void ChooseInNextMenu(forms::Form& form, const forms::Menu& menu, const forms::MenuItem& item) {
     const auto& items = menu.Items();
     const auto place = std::find(items.begin(), items.end(), &item);
-    Watch::Start(HandleOf(form),
-                 std::make_unique<MenuWatch>(static_cast<std::size_t>(place - items.begin())));
+    std::vector<WPARAM> keys(static_cast<std::size_t>(place - items.begin()) + 1, VK_DOWN);
+    keys.push_back(VK_RETURN);
+    Watch::Start(HandleOf(form), std::make_unique<MenuWatch>(std::move(keys)));
+}
+
+void CancelNextMenu(forms::Form& form) {
+    Watch::Start(HandleOf(form), std::make_unique<MenuWatch>(std::vector<WPARAM>{VK_ESCAPE}));
 }
 
 bool OnScreen(const forms::Form& form) {

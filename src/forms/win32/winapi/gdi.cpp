@@ -4,6 +4,11 @@
 
 namespace nqp::winapi {
 
+RECT PixelsOf(const base::Rect& twips, int dpi) {
+    return {base::TwipsToPixels(twips.left, dpi), base::TwipsToPixels(twips.top, dpi),
+            base::TwipsToPixels(twips.right(), dpi), base::TwipsToPixels(twips.bottom(), dpi)};
+}
+
 GdiObject MessageFont(int dpi, bool bold, float scale) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;

@@ -5,6 +5,8 @@
 #include <memory>
 #include <type_traits>
 
+#include "base/geometry.h"
+
 namespace nqp::winapi {
 
 inline constexpr int kProgramIcon = 1;  // number of the resource
@@ -14,6 +16,9 @@ struct GdiDeleter {
     void operator()(HGDIOBJ object) const { DeleteObject(object); }
 };
 using GdiObject = std::unique_ptr<std::remove_pointer_t<HGDIOBJ>, GdiDeleter>;
+
+// Every edge on its nearest pixel.
+RECT PixelsOf(const base::Rect& twips, int dpi);
 
 // The system's message font at a resolution.
 GdiObject MessageFont(int dpi, bool bold, float scale);

@@ -44,7 +44,7 @@ std::string SubtypeName(const GUID& subtype) {
     const bool printable =
         std::all_of(bytes, bytes + 4, [](unsigned char byte) { return std::isprint(byte) != 0; });
     if (madeFromCode && printable) return {reinterpret_cast<const char*>(bytes), 4};
-    TaskMemory<wchar_t> text;
+    winapi::TaskMemory<wchar_t> text;
     return SUCCEEDED(StringFromCLSID(subtype, text.Put())) ? winapi::Utf8(text.Get())
                                                            : std::string();
 }
@@ -113,22 +113,22 @@ MediaType::~MediaType() {
     if (type_.pUnk != nullptr) type_.pUnk->Release();
 }
 
-std::vector<ComPtr<IBaseFilter>> FiltersOf(IFilterGraph* graph) {
-    std::vector<ComPtr<IBaseFilter>> filters;
-    ComPtr<IEnumFilters> list;
+std::vector<winapi::ComPtr<IBaseFilter>> FiltersOf(IFilterGraph* graph) {
+    std::vector<winapi::ComPtr<IBaseFilter>> filters;
+    winapi::ComPtr<IEnumFilters> list;
     if (FAILED(graph->EnumFilters(list.Put()))) return filters;
-    ComPtr<IBaseFilter> filter;
+    winapi::ComPtr<IBaseFilter> filter;
     while (list->Next(1, filter.Put(), nullptr) == S_OK) {
         filters.push_back(filter);
     }
     return filters;
 }
 
-std::vector<ComPtr<IPin>> PinsOf(IBaseFilter* filter, PIN_DIRECTION direction) {
-    std::vector<ComPtr<IPin>> pins;
-    ComPtr<IEnumPins> list;
+std::vector<winapi::ComPtr<IPin>> PinsOf(IBaseFilter* filter, PIN_DIRECTION direction) {
+    std::vector<winapi::ComPtr<IPin>> pins;
+    winapi::ComPtr<IEnumPins> list;
     if (FAILED(filter->EnumPins(list.Put()))) return pins;
-    ComPtr<IPin> pin;
+    winapi::ComPtr<IPin> pin;
     while (list->Next(1, pin.Put(), nullptr) == S_OK) {
         PIN_DIRECTION found{};
         if (SUCCEEDED(pin->QueryDirection(&found)) && found == direction) pins.push_back(pin);
@@ -136,14 +136,14 @@ std::vector<ComPtr<IPin>> PinsOf(IBaseFilter* filter, PIN_DIRECTION direction) {
     return pins;
 }
 
-ComPtr<IPin> FirstPin(IBaseFilter* filter, PIN_DIRECTION direction) {
+winapi::ComPtr<IPin> FirstPin(IBaseFilter* filter, PIN_DIRECTION direction) {
     const auto pins = PinsOf(filter, direction);
-    return pins.empty() ? ComPtr<IPin>() : pins.front();
+    return pins.empty() ? winapi::ComPtr<IPin>() : pins.front();
 }
 
-ComPtr<IPin> ConnectedInput(IBaseFilter* filter) {
+winapi::ComPtr<IPin> ConnectedInput(IBaseFilter* filter) {
     for (const auto& pin : PinsOf(filter, PINDIR_INPUT)) {
-        ComPtr<IPin> other;
+        winapi::ComPtr<IPin> other;
         if (SUCCEEDED(pin->ConnectedTo(other.Put()))) return pin;
     }
     return {};
@@ -157,7 +157,7 @@ std::string NameOf(IBaseFilter* filter) {
 }
 
 bool HasPropertyPages(IBaseFilter* filter) {
-    const auto pages = ComPtr<IBaseFilter>::Share(filter).As<ISpecifyPropertyPages>();
+    const auto pages = winapi::ComPtr<IBaseFilter>::Share(filter).As<ISpecifyPropertyPages>();
     if (!pages) return false;
     CAUUID list{};
     if (FAILED(pages->GetPages(&list))) return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <string>
 #include <vector>
@@ -34,10 +34,10 @@ private:
     AM_MEDIA_TYPE type_{};
 };
 
-std::vector<ComPtr<IBaseFilter>> FiltersOf(IFilterGraph* graph);
-std::vector<ComPtr<IPin>> PinsOf(IBaseFilter* filter, PIN_DIRECTION direction);
-ComPtr<IPin> FirstPin(IBaseFilter* filter, PIN_DIRECTION direction);
-ComPtr<IPin> ConnectedInput(IBaseFilter* filter);
+std::vector<winapi::ComPtr<IBaseFilter>> FiltersOf(IFilterGraph* graph);
+std::vector<winapi::ComPtr<IPin>> PinsOf(IBaseFilter* filter, PIN_DIRECTION direction);
+winapi::ComPtr<IPin> FirstPin(IBaseFilter* filter, PIN_DIRECTION direction);
+winapi::ComPtr<IPin> ConnectedInput(IBaseFilter* filter);
 std::string NameOf(IBaseFilter* filter);
 bool HasPropertyPages(IBaseFilter* filter);
 

@@ -32,18 +32,19 @@ bool Connect(IGraphBuilder* graph, IPin* from, IPin* to, const AM_MEDIA_TYPE* ty
 
 }  // namespace
 
-ComPtr<FrameCounter> FrameCounter::InsertBefore(IBaseFilter* renderer, IGraphBuilder* graph) {
+winapi::ComPtr<FrameCounter> FrameCounter::InsertBefore(IBaseFilter* renderer,
+                                                        IGraphBuilder* graph) {
     const auto rendererPin = ConnectedInput(renderer);
     if (!rendererPin) return {};
-    ComPtr<IPin> upstream;
+    winapi::ComPtr<IPin> upstream;
     MediaType type;
     rendererPin->ConnectedTo(upstream.Put());
     if (!upstream || FAILED(rendererPin->ConnectionMediaType(type.Put()))) return {};
 
-    auto grabber = ComPtr<IBaseFilter>::Create(kSampleGrabber);
+    auto grabber = winapi::ComPtr<IBaseFilter>::Create(kSampleGrabber);
     const auto settings = grabber.As<ISampleGrabber>();
     if (!settings || FAILED(graph->AddFilter(grabber.Get(), L"Frame counter"))) return {};
-    auto counter = MakeCom<FrameCounter>();
+    auto counter = winapi::MakeCom<FrameCounter>();
     settings->SetMediaType(type.Get());
     settings->SetBufferSamples(FALSE);
     settings->SetOneShot(FALSE);

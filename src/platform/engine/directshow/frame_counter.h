@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <mutex>
 #include <optional>
@@ -19,11 +19,11 @@ struct FrameCount {
 // Counts the frames that pass by on their way into a renderer that keeps no figures itself. The
 // renderer holds a frame back until it is time to draw it, so the gaps between two arrivals are
 // the gaps between two drawings.
-class FrameCounter final : public ComObject<ISampleGrabberCB> {
+class FrameCounter final : public winapi::ComObject<ISampleGrabberCB> {
 public:
     // Puts the counter in front of the renderer, while the graph is stopped. Answers nothing, and
     // leaves the graph as it was, when that does not work.
-    static ComPtr<FrameCounter> InsertBefore(IBaseFilter* renderer, IGraphBuilder* graph);
+    static winapi::ComPtr<FrameCounter> InsertBefore(IBaseFilter* renderer, IGraphBuilder* graph);
 
     FrameCount Count() const;
     // The next gap says nothing: the graph was held still.

@@ -1,6 +1,6 @@
 #include "platform/engine/directshow/graph.h"
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,18 +75,18 @@ private:
     bool UseScaledClock();
     void AddRendererFigures(PlaybackFigures& figures) const;
 
-    ComPtr<IGraphBuilder> graph_;
-    ComPtr<IMediaControl> control_;
-    ComPtr<IMediaSeeking> seeking_;
-    ComPtr<IMediaEventEx> events_;
-    ComPtr<IMediaFilter> timing_;
-    ComPtr<IBasicAudio> sound_;    // empty when the platform offers none
-    ComPtr<IBasicVideo> picture_;  // empty without a picture
-    ComPtr<IVideoWindow> pictureWindow_;
-    ComPtr<IQualProp> quality_;        // empty when the renderer keeps no figures
-    ComPtr<FrameCounter> counter_;     // in its place
-    ComPtr<ScaledClock> scaledClock_;  // empty while the platform keeps the rate itself
-    double duration_ = 0;              // seconds
+    winapi::ComPtr<IGraphBuilder> graph_;
+    winapi::ComPtr<IMediaControl> control_;
+    winapi::ComPtr<IMediaSeeking> seeking_;
+    winapi::ComPtr<IMediaEventEx> events_;
+    winapi::ComPtr<IMediaFilter> timing_;
+    winapi::ComPtr<IBasicAudio> sound_;    // empty when the platform offers none
+    winapi::ComPtr<IBasicVideo> picture_;  // empty without a picture
+    winapi::ComPtr<IVideoWindow> pictureWindow_;
+    winapi::ComPtr<IQualProp> quality_;        // empty when the renderer keeps no figures
+    winapi::ComPtr<FrameCounter> counter_;     // in its place
+    winapi::ComPtr<ScaledClock> scaledClock_;  // empty while the platform keeps the rate itself
+    double duration_ = 0;                      // seconds
     bool lacksPicture_ = false;
 };
 
@@ -107,7 +107,7 @@ Graph::~Graph() {
 }
 
 bool Graph::Open(const std::wstring& path, HWND window, UINT message) {
-    graph_ = ComPtr<IGraphBuilder>::Create(CLSID_FilterGraph);
+    graph_ = winapi::ComPtr<IGraphBuilder>::Create(CLSID_FilterGraph);
     if (!graph_ || !TakeInterfaces()) return false;
     AddKnownFilters(graph_.Get(), path);
     const HRESULT rendered = graph_->RenderFile(path.c_str(), nullptr);
@@ -205,7 +205,7 @@ bool Graph::UseScaledClock() {
     auto systemClock = SharedSystemClock();
     if (!systemClock) return false;
     seeking_->SetRate(1.0);
-    scaledClock_ = MakeCom<ScaledClock>(std::move(systemClock));
+    scaledClock_ = winapi::MakeCom<ScaledClock>(std::move(systemClock));
     timing_->SetSyncSource(scaledClock_.Get());
     return true;
 }

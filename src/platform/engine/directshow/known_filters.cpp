@@ -33,20 +33,20 @@ std::wstring ExtensionOf(const std::wstring& path) {
 }
 
 bool IsConnected(IPin* pin) {
-    ComPtr<IPin> other;
+    winapi::ComPtr<IPin> other;
     return SUCCEEDED(pin->ConnectedTo(other.Put()));
 }
 
 bool HasConnection(IBaseFilter* filter, PIN_DIRECTION direction) {
     const auto pins = PinsOf(filter, direction);
     return std::any_of(pins.begin(), pins.end(),
-                       [](const ComPtr<IPin>& pin) { return IsConnected(pin.Get()); });
+                       [](const winapi::ComPtr<IPin>& pin) { return IsConnected(pin.Get()); });
 }
 
 // Fed by a filter that is fed by none: it takes the file apart.
 bool FollowsTheSource(IBaseFilter* filter) {
     const auto input = ConnectedInput(filter);
-    ComPtr<IPin> upstream;
+    winapi::ComPtr<IPin> upstream;
     if (!input || FAILED(input->ConnectedTo(upstream.Put()))) return false;
     PIN_INFO info{};
     if (FAILED(upstream->QueryPinInfo(&info)) || info.pFilter == nullptr) return false;
@@ -65,7 +65,7 @@ void AddKnownFilters(IGraphBuilder* graph, const std::wstring& path) {
     const auto known = KnownByExtension().find(ExtensionOf(path));
     if (known == KnownByExtension().end()) return;
     for (const KnownFilter& entry : known->second) {
-        const auto filter = ComPtr<IBaseFilter>::Create(entry.classId);
+        const auto filter = winapi::ComPtr<IBaseFilter>::Create(entry.classId);
         if (filter) graph->AddFilter(filter.Get(), entry.name.c_str());
     }
 }

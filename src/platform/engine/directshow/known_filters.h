@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <string>
 

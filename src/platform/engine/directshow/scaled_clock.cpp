@@ -4,7 +4,8 @@
 
 namespace nqp::platform::directshow {
 
-ScaledClock::ScaledClock(ComPtr<IReferenceClock> systemClock) : system_(std::move(systemClock)) {
+ScaledClock::ScaledClock(winapi::ComPtr<IReferenceClock> systemClock)
+    : system_(std::move(systemClock)) {
     systemAnchor_ = scaledAnchor_ = latest_ = SystemTime();
 }
 
@@ -58,7 +59,7 @@ REFERENCE_TIME ScaledClock::ToSystem(REFERENCE_TIME scaled) const {
     return systemAnchor_ + std::llround(static_cast<double>(scaled - scaledAnchor_) / rate_);
 }
 
-ComPtr<IReferenceClock> SharedSystemClock() {
+winapi::ComPtr<IReferenceClock> SharedSystemClock() {
     static IReferenceClock* const kept = [] {
         // Its code must stay as long, also when the thread leaves COM in between.
         HMODULE pinned = nullptr;
@@ -68,7 +69,7 @@ ComPtr<IReferenceClock> SharedSystemClock() {
         GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"quartz.dll", &pinned);
         return made;
     }();
-    return ComPtr<IReferenceClock>::Share(kept);
+    return winapi::ComPtr<IReferenceClock>::Share(kept);
 }
 
 }  // namespace nqp::platform::directshow

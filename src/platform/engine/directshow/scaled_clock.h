@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <mutex>
 
@@ -10,9 +10,9 @@ namespace nqp::platform::directshow {
 
 // The system clock, running faster or slower. A graph that keeps its time by it plays at that rate
 // although its filters know nothing of rates.
-class ScaledClock final : public ComObject<IReferenceClock> {
+class ScaledClock final : public winapi::ComObject<IReferenceClock> {
 public:
-    explicit ScaledClock(ComPtr<IReferenceClock> systemClock);
+    explicit ScaledClock(winapi::ComPtr<IReferenceClock> systemClock);
 
     // To be called while no graph that uses the clock is running; the time goes on without a jump.
     void SetRate(double rate);
@@ -29,7 +29,7 @@ private:
     REFERENCE_TIME ToScaled(REFERENCE_TIME system) const;
     REFERENCE_TIME ToSystem(REFERENCE_TIME scaled) const;
 
-    const ComPtr<IReferenceClock> system_;
+    const winapi::ComPtr<IReferenceClock> system_;
     mutable std::mutex mutex_;
     double rate_ = 1.0;
     REFERENCE_TIME systemAnchor_ = 0;
@@ -40,6 +40,6 @@ private:
 // The system's clock, one for the whole process; empty when there is none. It is never let go:
 // its end waits for its thread, and a thread of Wine's that is about to sleep misses the request
 // and is waited for for ever.
-ComPtr<IReferenceClock> SharedSystemClock();
+winapi::ComPtr<IReferenceClock> SharedSystemClock();
 
 }  // namespace nqp::platform::directshow

@@ -1,6 +1,6 @@
 #include "platform/engine/media_foundation/player.h"
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,7 @@
 #include <propvarutil.h>
 
 #include "platform/engine/media_foundation/player_events.h"
-#include "platform/engine/message_window.h"
+#include "platform/message_window.h"
 
 namespace nqp::platform::media_foundation {
 
@@ -89,8 +89,8 @@ private:
     void ReadItem();
 
     std::unique_ptr<PictureWindow> window_;
-    ComPtr<PlayerEvents> events_;
-    ComPtr<IMFPMediaPlayer> player_;
+    winapi::ComPtr<PlayerEvents> events_;
+    winapi::ComPtr<IMFPMediaPlayer> player_;
     double duration_ = 0;  // seconds
     bool hasPicture_ = false;
     PixelSize size_;
@@ -107,7 +107,7 @@ bool Player::Open(const std::wstring& path, HWND window, UINT message) {
     static const CreatePlayer create = FindCreatePlayer();
     if (create == nullptr) return false;
     window_ = std::make_unique<PictureWindow>(window);
-    events_ = MakeCom<PlayerEvents>(window, message);
+    events_ = winapi::MakeCom<PlayerEvents>(window, message);
     if (FAILED(create(nullptr, FALSE, MFP_OPTION_FREE_THREADED_CALLBACK, events_.Get(),
                       window_->Handle(), player_.Put()))) {
         return false;
@@ -121,7 +121,7 @@ bool Player::Open(const std::wstring& path, HWND window, UINT message) {
 }
 
 bool Player::LoadItem(const std::wstring& path) {
-    ComPtr<IMFPMediaItem> item;
+    winapi::ComPtr<IMFPMediaItem> item;
     if (FAILED(player_->CreateMediaItemFromURL(path.c_str(), TRUE, 0, item.Put()))) return false;
     events_->Expect(Answer::ItemSet);
     return SUCCEEDED(player_->SetMediaItem(item.Get())) && events_->WaitFor(Answer::ItemSet);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com.h"
+#include "forms/win32/winapi/com.h"
 
 #include <array>
 #include <mutex>
@@ -18,7 +18,7 @@ enum class Answer { ItemSet, Playing, Paused, PositionSet, RateSet, Count };
 
 // Receives the player's events on its own thread, keeps the ones that matter for the window thread,
 // and marks the answers that the window thread may be waiting for.
-class PlayerEvents final : public ComObject<IMFPMediaPlayerCallback> {
+class PlayerEvents final : public winapi::ComObject<IMFPMediaPlayerCallback> {
 public:
     PlayerEvents(HWND window, UINT message);
     ~PlayerEvents() override;

@@ -1,4 +1,4 @@
-#include "platform/engine/message_window.h"
+#include "platform/message_window.h"
 
 #include <exception>
 #include <utility>

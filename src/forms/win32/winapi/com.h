@@ -7,7 +7,7 @@
 
 #include <objbase.h>
 
-namespace nqp::platform {
+namespace nqp::winapi {
 
 // Owns one reference to a COM object. What a function hands out through Put() is taken over; what
 // is given to Share() is counted once more.
@@ -131,4 +131,4 @@ private:
     T* memory_ = nullptr;
 };
 
-}  // namespace nqp::platform
+}  // namespace nqp::winapi

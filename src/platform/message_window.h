@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/engine/picture_layout.h"
+#include "platform/pixels.h"
 
 namespace nqp::platform {
 

@@ -1,0 +1,40 @@
+#include "remote/skin_package.h"
+
+#include "base/bmp_reader.h"
+#include "base/file.h"
+#include "base/text.h"
+#include "forms/run_time_error.h"
+
+namespace nqp::remote {
+namespace {
+
+const std::string kSkinsFolder = "Skins/";  // a name is put behind it as it is
+constexpr std::size_t kColorRecordBytes = 128;
+constexpr std::uint32_t kColorBits = 0x00FFFFFF;
+
+}  // namespace
+
+SkinPackage::SkinPackage(const std::filesystem::path& programFolder, const std::string& name)
+    : folder_(programFolder / base::PathFromUtf8(kSkinsFolder + name)) {}
+
+forms::Picture SkinPackage::LoadPicture(const std::string& fileName) const {
+    const std::filesystem::path path = folder_ / fileName;
+    if (!base::IsFile(path)) return nullptr;
+    auto picture = base::ReadBmp(base::ReadFile(path));
+    if (!picture) throw forms::RunTimeError(fileName + " of the skin is not a readable bitmap.");
+    return std::make_shared<const base::Bitmap>(*std::move(picture));
+}
+
+SkinColors::SkinColors(const SkinPackage& skin)
+    : file_(skin.Folder() / kSkinColorsName, kColorRecordBytes) {}
+
+forms::Color SkinColors::Read(SkinColor record) const {
+    const auto number = base::ParseWholeNumber(file_.Read(record));
+    if (!number) {
+        throw forms::RunTimeError("Record " + std::to_string(record) + " of the skin's " +
+                                  kSkinColorsName + " is not a number.");
+    }
+    return static_cast<std::uint32_t>(*number) & kColorBits;
+}
+
+}  // namespace nqp::remote
