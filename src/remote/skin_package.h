@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "base/record_file.h"
 #include "forms/state.h"
@@ -11,6 +12,7 @@ namespace nqp::remote {
 // The files of one skin. They are read when they are asked for.
 class SkinPackage {
 public:
+    explicit SkinPackage(std::filesystem::path folder) : folder_(std::move(folder)) {}
     SkinPackage(const std::filesystem::path& programFolder, const std::string& name);
 
     const std::filesystem::path& Folder() const { return folder_; }

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import dataclasses
 import itertools
+import os
 import pathlib
 import re
 import shutil
@@ -24,6 +25,11 @@ PLAY_RATE = "nqp.Form6"
 STATISTICS = "nqp.Statistics"
 WINDOWS = (VIDEO, REMOTE, MENU, PLAY_RATE, STATISTICS)
 
+# The system's open dialog.
+FILE_DIALOG = "#32770"
+FILE_NAME_FIELD = 0x47C
+OK_BUTTON, CANCEL_BUTTON = 1, 2
+
 STOPPED, PAUSED, PLAYING = 0, 1, 2
 FULL_SCREEN, IN_WINDOW = 3, 0
 LOUDEST, SILENT = 0, -10000
@@ -37,7 +43,8 @@ START_SECONDS = 20.0
 CRASH = re.compile(r"[Uu]nhandled (?:page fault|exception)|err:seh|terminate called|Assertion failed")
 
 # What a test starts from when it says nothing else: clips start to play when they are opened.
-OPTIONS = {1: "0", 2: "0", 3: "0", 4: "1", 5: "0", 6: "0", 27: "0"}
+OPTIONS = {1: "0", 2: "0", 3: "0", 4: "1", 5: "0", 6: "0", 9: "Daylight", 27: "0"}
+SKINS = PROGRAM_BUILD / "skins"
 
 _numbers = itertools.count(1)
 
@@ -49,6 +56,8 @@ class ProgramFolder:
         self.path = parent / f"программа {next(_numbers)}"
         self.path.mkdir(parents=True)
         shutil.copy(PROGRAM_BUILD / "src" / "nqp.exe", self.path)
+        # Links: whoever changes a skin makes a copy of his own first.
+        shutil.copytree(SKINS, self.path / "Skins", copy_function=os.link)
         self.set_marker(b"0")
         (self.path / "playlist.cfg").touch()
         self.set_options({})
@@ -162,6 +171,14 @@ class Player:
 
     def client(self, window: str = VIDEO) -> Rect:
         return Rect(*map(int, self.ctl.ask("client", self._named(window))[0]))
+
+    def answer_open_dialog(self, chosen: pathlib.Path | None) -> None:
+        """Opens a file in the system's dialog that is up; without one cancels it."""
+        dialog = self._named(FILE_DIALOG)
+        if chosen is not None:
+            self.ctl.ask("settext", dialog, FILE_NAME_FIELD, windows_path(chosen))
+        self.ctl.ask("command", dialog, CANCEL_BUTTON if chosen is None else OK_BUTTON)
+        self.wait(FILE_DIALOG, "gone")
 
     def wait_for_rect(self, wanted: Rect, window: str = VIDEO, tolerance: int = 1) -> None:
         def is_there() -> bool:

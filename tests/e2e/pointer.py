@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import contextlib
 import subprocess
+from collections.abc import Iterator
 
 from screen import Rect
 from waiting import until
@@ -35,13 +37,24 @@ class Pointer:
 
     def drag(self, start: Point, end: Point, steps: int = 8) -> None:
         """As a hand does it: many small moves while the button is down."""
-        self.move(start)
+        with self.held(start):
+            self.glide(start, end, steps)
+
+    @contextlib.contextmanager
+    def held(self, point: Point) -> Iterator[None]:
+        """The button goes down at this point and stays down until the end of the block."""
+        self.move(point)
         self._run("mousedown", LEFT)
+        try:
+            yield
+        finally:
+            self._run("mouseup", LEFT)
+
+    def glide(self, start: Point, end: Point, steps: int = 8) -> None:
         for step in range(1, steps + 1):
             x = start[0] + (end[0] - start[0]) * step // steps
             y = start[1] + (end[1] - start[1]) * step // steps
             self._run("mousemove", x, y, "sleep", 0.02)
-        self._run("mouseup", LEFT)
 
     def focused_title(self) -> str:
         """The title of the window that the display sends keys to."""

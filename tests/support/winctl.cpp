@@ -385,6 +385,32 @@ Rows Dpi(const Words&) {
     return {Row().Add(static_cast<long long>(GetDpiForSystem()))};
 }
 
+// ---- verbs about the notification area ----
+
+// The program's icon: the shell knows it by its window and the number 0.
+bool NotifyShell(DWORD message, HWND window) {
+    NOTIFYICONDATAW icon = {};
+    icon.cbSize = sizeof icon;
+    icon.hWnd = window;
+    return Shell_NotifyIconW(message, &icon) != FALSE;
+}
+
+// A change of nothing succeeds when there is an icon to change.
+Rows Icon(const Words& words) {
+    return {Row().Add(NotifyShell(NIM_MODIFY, Window(words.at(1))) ? 1 : 0)};
+}
+
+Rows DropIcon(const Words& words) {
+    if (!NotifyShell(NIM_DELETE, Window(words.at(1)))) Fail("the shell has no such icon");
+    return {};
+}
+
+// What a shell says when it has started anew and knows no icons.
+Rows ShellStarted(const Words&) {
+    Post(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    return {};
+}
+
 // ---- the media window ----
 
 // "@pid" chooses one of several players.
@@ -479,7 +505,8 @@ const std::map<std::wstring, Verb>& Verbs() {
         {L"start", Start},       {L"ended", Ended},
         {L"playback", Playback}, {L"kill", Kill},
         {L"dpi", Dpi},           {L"foreground", Foreground},
-        {L"hide", Hide},
+        {L"hide", Hide},         {L"icon", Icon},
+        {L"dropicon", DropIcon}, {L"shellstarted", ShellStarted},
     };
     return verbs;
 }

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <algorithm>
 
 #include "platform/notification_icon.h"
@@ -88,6 +90,36 @@ TEST(NotificationIcon, TakesATipThatIsTooLong) {
     const base::NativeWindow window = player.form4.Handle();
     EXPECT_TRUE(icon.SetTrayIcon(core::TrayMessage::Add, window, std::string(500, 'x')));
     EXPECT_TRUE(icon.SetTrayIcon(core::TrayMessage::Delete, window, {}));
+}
+
+// The shell has lost all icons when it starts anew, and tells every top-level window so.
+TEST(NotificationIcon, ComesBackWhenTheShellStartsAnew) {
+    Player player;
+    player.Start();
+    const HWND window = HandleOf(player.form4);
+    const auto exists = [window] {
+        NOTIFYICONDATAW icon{};
+        icon.cbSize = sizeof icon;
+        icon.hWnd = window;
+        return Shell_NotifyIconW(NIM_MODIFY, &icon) != FALSE;
+    };
+    const auto restart = [window] {
+        NOTIFYICONDATAW icon{};
+        icon.cbSize = sizeof icon;
+        icon.hWnd = window;
+        Shell_NotifyIconW(NIM_DELETE, &icon);
+        SendMessageTimeoutW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0,
+                            SMTO_ABORTIFHUNG, 1000, nullptr);
+    };
+    platform::NotificationIcon icon;
+    icon.SetTrayIcon(core::TrayMessage::Add, window, "Nuvex Quillon Player");
+    ASSERT_TRUE(exists());
+    restart();
+    EXPECT_TRUE(exists());
+    icon.SetTrayIcon(core::TrayMessage::Delete, window, {});
+    EXPECT_FALSE(exists());
+    restart();
+    EXPECT_FALSE(exists());
 }
 
 }  // namespace

@@ -40,12 +40,12 @@ LONG PlatformRole(Role role) {
 class AccessibleControl final : public winapi::ComObject<IAccessible> {
 public:
     explicit AccessibleControl(HWND window) : window_(window) {
-        CreateStdAccessibleObject(window, OBJID_CLIENT, IID_IAccessible, standard_.PutVoid());
+        CreateStdAccessibleObject(window, OBJID_CLIENT, __uuidof(IAccessible), standard_.PutVoid());
     }
     bool Usable() const { return static_cast<bool>(standard_); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        const bool dispatch = object != nullptr && IsEqualIID(id, IID_IDispatch);
+        const bool dispatch = object != nullptr && IsEqualIID(id, __uuidof(IDispatch));
         if (!dispatch) return ComObject::QueryInterface(id, object);
         *object = static_cast<IDispatch*>(this);
         AddRef();
@@ -177,7 +177,7 @@ private:
 LRESULT AccessibleObjectOf(HWND control, WPARAM request) {
     const auto object = winapi::MakeCom<AccessibleControl>(control);
     if (!object->Usable()) return 0;
-    return LresultFromObject(IID_IAccessible, request, object.Get());
+    return LresultFromObject(__uuidof(IAccessible), request, object.Get());
 }
 
 }  // namespace nqp::forms::win32

@@ -183,6 +183,7 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
         case WM_WINDOWPOSCHANGED:
             // A minimised window is parked far outside of every screen.
             if (IsIconic(hwnd_) == 0) events_->OnBoundsChanged(Bounds());
+            if ((reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_NOSIZE) == 0) Resized();
             return false;
         case WM_ACTIVATE:
             HandleActivation(LOWORD(wParam) != WA_INACTIVE, reinterpret_cast<HWND>(lParam));
@@ -259,6 +260,7 @@ void Window::ChangeDpi(int dpi, const RECT& suggested) {
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     for (ControlWindow* control : controls_)
         control->Update();
+    FaceChanged();
 }
 
 void Window::Paint() {
@@ -305,6 +307,11 @@ void Window::SetBackdrop(const Backdrop& backdrop) {
     scaledBackdrop_ = {};
     backdrop_.reset();
     FaceChanged();
+}
+
+// The right and the lower part of a backdrop move with their edges.
+void Window::Resized() {
+    if (state_.backdrop.picture != nullptr) FaceChanged();
 }
 
 // Controls that are not opaque show the face too.

@@ -41,6 +41,7 @@ public:
     // What lies behind the controls, in the window's coordinates: colour, backdrop and lines.
     void DrawFace(HDC target);
     void FaceChanged();
+    void Resized();
 
     void Retire() override;
     void Show() override;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "engine_window.h"
+#include "win32/gdi_objects.h"
 
 namespace nqp::test {
 namespace {
@@ -85,20 +86,6 @@ double CountWindows() {
     double count = 0;
     EnumWindows(CountOwnWindow, reinterpret_cast<LPARAM>(&count));
     return count;
-}
-
-// Where the system does not say how many GDI objects there are, the ones that can still be made
-// tell: the more are in use, the fewer are left.
-double CountGdiObjects() {
-    const DWORD known = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    if (known != 0) return known;
-    constexpr double kTableSize = 65536;
-    std::vector<HBRUSH> brushes;
-    while (const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3)))
-        brushes.push_back(brush);
-    for (const HBRUSH brush : brushes)
-        DeleteObject(brush);
-    return kTableSize - static_cast<double>(brushes.size());
 }
 
 double CommittedBytes() {
