@@ -29,8 +29,8 @@ MAY_INCLUDE: dict[str, set[str]] = {
     "forms/win32": {"base", "forms", "forms/win32/winapi"},
     "platform": {"base", "core", "forms", "forms/win32/winapi"},
     "video": WINDOWS_OF,
-    "remote": WINDOWS_OF,
-    "playlist": WINDOWS_OF,
+    "playlist": {"base"},
+    "remote": WINDOWS_OF | {"playlist"},
     "options": WINDOWS_OF,
     "wizard": WINDOWS_OF,
 }

@@ -14,7 +14,8 @@ stage_pids=()
 
 stage_environment() {
   export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
-  export WINEDEBUG=${NQP_WINEDEBUG:--all,err+all,+debugstr}
+  # Wine shows a program's debug output as warnings of this channel.
+  export WINEDEBUG=${NQP_WINEDEBUG:--all,err+all,warn+seh}
   export LC_ALL=C.UTF-8
 }
 

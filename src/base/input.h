@@ -36,6 +36,7 @@ inline constexpr int kKeyLeft = 37;
 inline constexpr int kKeyUp = 38;
 inline constexpr int kKeyRight = 39;
 inline constexpr int kKeyDown = 40;
+inline constexpr int kKeyDelete = 46;
 inline constexpr int kKeyMenu = 93;  // the context-menu key
 inline constexpr int kKeyO = 79;
 inline constexpr int kKeyF4 = 115;

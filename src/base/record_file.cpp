@@ -54,6 +54,10 @@ bool RecordFile::Write(int record, std::string_view text) {
     return true;
 }
 
+void RecordFile::Reserve(int records) {
+    bytes_.reserve(OffsetOf(records + 1));
+}
+
 bool RecordFile::Commit() const {
     return PutFileInPlace(path_, bytes_);
 }

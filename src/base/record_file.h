@@ -30,6 +30,11 @@ public:
     // what it held. False, with nothing changed, when the text does not fit.
     bool Write(int record, std::string_view text);
 
+    // Makes room for so many records in memory.
+    void Reserve(int records);
+    // Of the file in bytes.
+    std::size_t Size() const { return bytes_.size(); }
+
     bool Commit() const;
 
 private:

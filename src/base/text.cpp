@@ -59,6 +59,10 @@ std::string FileNameOf(std::string_view path) {
     return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
+std::string UpToNul(std::string_view text) {
+    return std::string(text.substr(0, text.find('\0')));
+}
+
 std::string TitleOf(std::string_view fileName) {
     return std::string(fileName.substr(0, fileName.find('.')));
 }

@@ -22,8 +22,10 @@ public:
     virtual void LoadWindow() = 0;
     virtual void ShowWindow() = 0;
     virtual void HideWindow() = 0;
-    // Comes back after HideWindow as it was, without becoming the active window.
-    virtual void ShowWindowAgain() = 0;
+    // Out of sight while the remote is dragged, and back as it was, without becoming the active
+    // window. The full-screen picture stays.
+    virtual void HideForDrag() = 0;
+    virtual void ShowAfterDrag() = 0;
     virtual void UnloadWindow() = 0;
     virtual base::Point VideoPosition() const = 0;
     virtual void MoveVideo(base::Point topLeft) = 0;

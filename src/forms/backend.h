@@ -2,6 +2,9 @@
 
 #include <functional>
 #include <memory>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "base/input.h"
 #include "forms/state.h"
@@ -26,6 +29,8 @@ public:
     virtual void OnTextTyped(const std::string& text) noexcept = 0;
     virtual void OnValueChanged(int value) noexcept = 0;
     virtual void OnFocusLost() noexcept = 0;
+    // The person let go of files over the control.
+    virtual void OnFilesDropped(const std::vector<std::string>& paths) noexcept = 0;
 
 protected:
     ~ControlEvents() = default;
@@ -45,11 +50,29 @@ public:
     virtual void OnMouseUp(const base::MouseEvent& mouse) noexcept = 0;
     // True when the window used the key; nobody else then gets it.
     virtual bool OnKeyDown(const base::KeyEvent& key) noexcept = 0;
+    // The person let go of files over the window, outside of controls that take them.
+    virtual void OnFilesDropped(const std::vector<std::string>& paths) noexcept = 0;
     // The platform took the window away without being asked.
     virtual void OnDestroyed() noexcept = 0;
 
 protected:
     ~WindowEvents() = default;
+};
+
+// What a list box has beside: which lines are selected is known by the backend alone.
+class ListPeer {
+public:
+    // Ascending.
+    virtual std::vector<int> SelectedLines() const = 0;
+    // The one the person came to last; -1 for none.
+    virtual int FocusedLine() const = 0;
+    // These, which ascend, and no others.
+    virtual void SelectLines(std::span<const int> lines) = 0;
+    // As if the person had come to it; brings it into sight.
+    virtual void FocusLine(int line) = 0;
+
+protected:
+    ~ListPeer() = default;
 };
 
 // The backend's side of a control; lives from its window's load to its unload.
@@ -60,6 +83,8 @@ public:
     virtual void Update() = 0;
     virtual void SetFocus() = 0;
     virtual bool HasFocus() const = 0;
+    // Null for what is no list box.
+    virtual ListPeer* AsList() { return nullptr; }
     // Reports nothing more; its end follows from the message loop.
     virtual void Retire() = 0;
 };
@@ -92,7 +117,8 @@ public:
     // Runs the platform's own move or size loop; returns when the button is let go.
     virtual void Drag(HitCode code) = 0;
     // Returns when the menu is closed; the chosen item's click has then been handled.
-    virtual void PopUp(Menu& menu) = 0;
+    // At the pointer, or at a place inside the window.
+    virtual void PopUp(Menu& menu, const base::Point* at) = 0;
     virtual base::NativeWindow Handle() const = 0;
 };
 

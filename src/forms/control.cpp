@@ -121,6 +121,10 @@ void Control::OnValueChanged(int value) noexcept {
     Guarded(Origin::User, [this] { RaiseChange(); });
 }
 
+void Control::OnFilesDropped(const std::vector<std::string>& paths) noexcept {
+    Guarded(Origin::User, [&] { OLEDragDrop(paths); });
+}
+
 void Control::OnFocusLost() noexcept {
     Guarded(Origin::Program, [this] { LostFocus(); });
 }

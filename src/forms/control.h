@@ -26,6 +26,8 @@ public:
     // The control has the focus. A button raises Click for Enter and Space instead.
     base::Event<const base::KeyEvent&> KeyDown;
     base::Event<> LostFocus;
+    // Full paths of dropped files; only a control that was told to TakeFiles gets them.
+    base::Event<const std::vector<std::string>&> OLEDragDrop;
     // The program gave the control another size.
     base::Event<> Resize;
 
@@ -58,6 +60,8 @@ public:
     void SetAccessibleValue(const std::string& value);
     void SetFocus();
     bool HasFocus() const;
+    // To be called before the form is loaded.
+    void TakeFiles() { state_.takesFiles = true; }
 
 protected:
     Control(Form& form, ControlKind kind, const std::string& name, int id,
@@ -66,6 +70,8 @@ protected:
 
     // Shows a change of the state; the setters of the kinds call it.
     void Update();
+    // Null while the form is not loaded.
+    ControlPeer* PeerOnScreen() const { return peer_.get(); }
 
     ControlState state_;
 
@@ -82,6 +88,7 @@ private:
     void OnTextTyped(const std::string& text) noexcept override;
     void OnValueChanged(int value) noexcept override;
     void OnFocusLost() noexcept override;
+    void OnFilesDropped(const std::vector<std::string>& paths) noexcept override;
 
     // The kinds that a person changes raise their Change event here.
     virtual void RaiseChange() {}

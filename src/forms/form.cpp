@@ -154,7 +154,11 @@ void Form::Drag(HitCode code) {
 }
 
 void Form::PopupMenu(Menu& menu) {
-    if (peer_) peer_->PopUp(menu);
+    if (peer_) peer_->PopUp(menu, nullptr);
+}
+
+void Form::PopupMenuAt(Menu& menu, base::Point inWindow) {
+    if (peer_) peer_->PopUp(menu, &inWindow);
 }
 
 void Form::OnBoundsChanged(const base::Rect& bounds) noexcept {
@@ -195,6 +199,10 @@ bool Form::OnKeyDown(const base::KeyEvent& key) noexcept {
     bool used = false;
     Guarded(Origin::User, [&] { used = Form_KeyDown(key); });
     return used;
+}
+
+void Form::OnFilesDropped(const std::vector<std::string>& paths) noexcept {
+    Guarded(Origin::User, [&] { Form_OLEDragDrop(paths); });
 }
 
 void Form::OnDestroyed() noexcept {

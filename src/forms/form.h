@@ -58,7 +58,9 @@ public:
     void SetPicture(const Picture& picture);
     // Hands the held mouse button to the platform's move or size loop and returns when it ends.
     void Drag(HitCode code);
+    // At the pointer, or at a place inside the window.
     void PopupMenu(Menu& menu);
+    void PopupMenuAt(Menu& menu, base::Point inWindow);
 
     // To be called before Load: the window stays above its opener and goes with it, and a return
     // from it to its opener is no activation.
@@ -84,6 +86,8 @@ protected:
     virtual void Form_MouseUp(const base::MouseEvent&) {}
     // Sees every key before the control that has the focus; true when it used the key.
     virtual bool Form_KeyDown(const base::KeyEvent&) { return false; }
+    // Full paths, in the order of the drop; only a window whose state takesFiles gets them.
+    virtual void Form_OLEDragDrop(const std::vector<std::string>&) {}
     // The system asks for the window to go: its close box, Alt+F4, the end of the log-on.
     virtual void CloseRequested() { Unload(); }
 
@@ -100,6 +104,7 @@ private:
     void OnMouseMove(const base::MouseEvent& mouse) noexcept override;
     void OnMouseUp(const base::MouseEvent& mouse) noexcept override;
     bool OnKeyDown(const base::KeyEvent& key) noexcept override;
+    void OnFilesDropped(const std::vector<std::string>& paths) noexcept override;
     void OnDestroyed() noexcept override;
 
     void CreatePeers();

@@ -40,10 +40,14 @@ public:
 
     const std::string& Name() const { return name_; }
     const std::string& Caption() const { return caption_; }
+    // The mark before the caption; shown from the next time on that the menu pops up.
+    bool Checked() const { return checked_; }
+    void SetChecked(bool checked) { checked_ = checked; }
 
 private:
     std::string name_;
     std::string caption_;
+    bool checked_ = false;
 };
 
 }  // namespace nqp::forms

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "base/bitmap.h"
 #include "base/geometry.h"
@@ -26,6 +27,17 @@ enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider
 // What a picture box is to a person who cannot see or point. Buttons and sliders are reached with
 // Tab.
 enum class Role { Image, Button, Slider, Grip };
+
+// The lines of a list box, which count from 0. They are asked for as they come into sight.
+class ListLines {
+public:
+    virtual int Count() const = 0;
+    // Valid until the lines change.
+    virtual std::string_view Line(int index) const = 0;
+
+protected:
+    ~ListLines() = default;
+};
 
 // All that a backend needs to show a control. The control owns it; the backend reads it.
 struct ControlState {
@@ -52,6 +64,8 @@ struct ControlState {
     float fontScale = 1.0F;  // of the system's message font
     Color foreColor = Rgb(0, 0, 0);
     Color backColor = Rgb(255, 255, 255);
+    const ListLines* lines = nullptr;  // of a list box
+    bool takesFiles = false;           // a person may drop files on it
     // Slider: whole steps.
     int minimum = 0;
     int maximum = 100;
@@ -80,7 +94,8 @@ struct WindowState {
     base::Rect bounds;  // borderless: the window; dialog: its client area
     Color backColor = Rgb(240, 240, 240);
     Backdrop backdrop{};
-    bool tabMoves = false;  // Tab moves between the controls, as it always does in a dialog
+    bool takesFiles = false;  // a person may drop files on it
+    bool tabMoves = false;    // Tab moves between the controls, as it always does in a dialog
     Pointer pointer = Pointer::Arrow;
     bool topmost = false;
 };

@@ -12,23 +12,51 @@ namespace {
 // Bytes, which may be three or four for a character.
 constexpr std::size_t kPathBytes = 32768;
 
-}  // namespace
+constexpr std::size_t kSeveralBytes = 10000;
+// One less than the buffer holds, so that it always ends with a NUL character.
+constexpr DWORD kSeveralLimit = 9999;
 
-std::optional<std::string> SystemFileDialogs::OpenFile(const core::OpenFileRequest& request) {
-    std::vector<char> path(kPathBytes, '\0');
-    // Name and pattern, each with its end, and one more end for the list.
-    const std::string filter = request.filter.name + '\0' + request.filter.pattern + '\0';
+// Name and pattern, each with its end, and one more end for the list.
+std::string FilterOf(const core::OpenFileRequest& request) {
+    return request.filter.name + '\0' + request.filter.pattern + '\0';
+}
+
+OPENFILENAMEA DialogOf(const core::OpenFileRequest& request, const std::string& filter) {
     OPENFILENAMEA dialog{};
     dialog.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
     dialog.hwndOwner = static_cast<HWND>(request.owner);
     dialog.lpstrFilter = filter.c_str();
+    dialog.lpstrTitle = request.title.c_str();
+    return dialog;
+}
+
+}  // namespace
+
+std::optional<std::string> SystemFileDialogs::OpenFile(const core::OpenFileRequest& request) {
+    std::vector<char> path(kPathBytes, '\0');
+    const std::string filter = FilterOf(request);
+    OPENFILENAMEA dialog = DialogOf(request, filter);
     dialog.lpstrFile = path.data();
     dialog.nMaxFile = static_cast<DWORD>(path.size());
-    dialog.lpstrTitle = request.title.c_str();
     // The program works with full paths; where the dialog was last is no business of the process.
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (GetOpenFileNameA(&dialog) == 0) return std::nullopt;
     return std::string(path.data());
+}
+
+std::string SystemFileDialogs::OpenFiles(const core::OpenFileRequest& request) {
+    std::string files(kSeveralBytes, '\0');
+    std::string title(kSeveralBytes, '\0');
+    const std::string filter = FilterOf(request);
+    OPENFILENAMEA dialog = DialogOf(request, filter);
+    dialog.hInstance = GetModuleHandleW(nullptr);
+    dialog.lpstrFile = files.data();
+    dialog.nMaxFile = kSeveralLimit;
+    dialog.lpstrFileTitle = title.data();
+    dialog.nMaxFileTitle = kSeveralLimit;
+    dialog.Flags = OFN_EXPLORER | OFN_ALLOWMULTISELECT;
+    if (GetOpenFileNameA(&dialog) == 0) return {};
+    return files;
 }
 
 }  // namespace nqp::platform

@@ -35,6 +35,7 @@ Form4::Form4(const RemoteContext& context)
                    .bounds = kFirstBounds,
                    .backColor = kPaper,
                    .backdrop = {nullptr, face::kBackdropSize, face::kBackdropStretch},
+                   .takesFiles = true,
                    .tabMoves = true}),
       Picture2(*this, "Picture2", 122, face::kPlay, forms::Role::Button, "\u25B6"),
       Picture7(*this, "Picture7", 127, face::kPlay, forms::Role::Button, "\u25B6"),
@@ -89,6 +90,8 @@ Form4::Form4(const RemoteContext& context)
              &Picture18}) {
         right_side_.emplace_back(control, control->Left());
     }
+    List1.SetLines(playlist_lines_);
+    List1.TakeFiles();
     DressPlainly();
     NameControls();
     BindHandlers();
@@ -201,6 +204,14 @@ void Form4::BindHandlers() {
     Picture18.MouseDown.calls<&Form4::Picture18_MouseDown>(this);
     Picture18.MouseMove.calls<&Form4::Picture18_MouseMove>(this);
     Picture18.MouseUp.calls<&Form4::Picture18_MouseUp>(this);
+    List1.DblClick.calls<&Form4::List1_DblClick>(this);
+    List1.MouseUp.calls<&Form4::List1_MouseUp>(this);
+    List1.KeyDown.calls<&Form4::List1_KeyDown>(this);
+    List1.OLEDragDrop.calls<&Form4::List1_OLEDragDrop>(this);
+    add_files.Click.calls<&Form4::add_files_Click>(this);
+    clear_items.Click.calls<&Form4::clear_items_Click>(this);
+    clear_playlist.Click.calls<&Form4::clear_playlist_Click>(this);
+    repeat.Click.calls<&Form4::repeat_Click>(this);
     Label2.Click.calls<&Form4::Label2_Click>(this);
     Label2.MouseDown.calls<&Form4::Label2_MouseDown>(this);
     Timer1.Timer.calls<&Form4::Timer1_Timer>(this);
@@ -210,6 +221,7 @@ void Form4::BindHandlers() {
 // order counts: the settings place what the skin has dressed, and a file on the command line plays
 // with the settings applied.
 void Form4::Form_Load() {
+    load_playlist();
     core::DeleteFlagFile(context_.programFolder);
     tray_restore_ = true;
     // A skin that fails leaves the window as far dressed as it came.
@@ -247,12 +259,10 @@ void Form4::ResetFragmentBounds() {
 }
 
 void Form4::Form_Unload() {
+    save_playlist();
     SaveSettingsFile();
     context_.tray.SetTrayIcon(core::TrayMessage::Delete, Handle(), {});
     Form1_.UnloadWindow();
 }
-
-// Without a list the player stays stopped at the end of the clip.
-void Form4::next_playlist_item() {}
 
 }  // namespace nqp::remote

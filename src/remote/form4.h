@@ -3,6 +3,7 @@
 #include <array>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +23,7 @@
 #include "forms/picture_box.h"
 #include "forms/text_box.h"
 #include "forms/timer_control.h"
+#include "playlist/playlist_store.h"
 #include "remote/hover_highlight.h"
 #include "remote/knob_drag.h"
 #include "remote/position_slider.h"
@@ -116,6 +118,13 @@ public:
     forms::Line Line12;  // the position knob is kept on this one
     forms::Line Line13;  // the volume knob's track
     forms::TimerControl Timer1;
+    forms::Menu men{"men", "men"};  // pops up over the playlist
+    forms::MenuItem add_files{men, "add_files", "Add file(s) to playlist"};
+    forms::MenuItem clear_items{men, "clear_items", "Clear selected item(s)"};
+    forms::MenuItem clear_playlist{men, "clear_playlist", "Clear playlist"};
+    forms::MenuItem repeat{men, "repeat", "Toggle repeat"};
+
+    const playlist::PlaylistStore& Playlist() const { return playlist_; }
 
 private:
     // Window.
@@ -147,6 +156,17 @@ private:
     void Picture14_Click();
     void Picture15_Click();
     void Picture16_Click();
+
+    // Playlist.
+    void List1_DblClick();
+    void List1_MouseUp(const base::MouseEvent& mouse);
+    void List1_KeyDown(const base::KeyEvent& key);
+    void List1_OLEDragDrop(const std::vector<std::string>& paths);
+    void Form_OLEDragDrop(const std::vector<std::string>& paths) override;
+    void add_files_Click();
+    void clear_items_Click();
+    void clear_playlist_Click();
+    void repeat_Click();
 
     // Sliders and time.
     void Picture12_MouseDown(const base::MouseEvent& mouse);
@@ -200,7 +220,7 @@ private:
     std::optional<std::string> ChooseMedia();
 
     PositionTrack SeekTrack() const;
-    VolumeTrack Track() const;
+    VolumeTrack LoudnessTrack() const;
     void RewindPositionKnob();
     void MovePositionKnob(double position, double duration);
     void ShowDraggedTime();
@@ -208,12 +228,32 @@ private:
     void MoveVolumeKnob(base::Twips top);
     void SayVolume();
 
+    void load_playlist();
+    void save_playlist();
+    void AddToPlaylist(std::span<const playlist::Entry> entries);
+    void PlayWhatWasOpened();
+
     void Resize(base::Size size);
+    void KeepOnScreen();
     void LayOutWidth();
     void PlacePlaylist();
 
+    // The names, for the list box.
+    class PlaylistLines final : public forms::ListLines {
+    public:
+        explicit PlaylistLines(const playlist::PlaylistStore& store) : store_(store) {}
+        int Count() const override { return store_.playlist_count(); }
+        std::string_view Line(int index) const override { return store_.playlist_names(index + 1); }
+
+    private:
+        const playlist::PlaylistStore& store_;
+    };
+
     RemoteContext context_;
     core::VideoWindow& Form1_;
+    playlist::PlaylistStore playlist_;
+    PlaylistLines playlist_lines_{playlist_};
+    std::optional<std::int32_t> current_item_;  // the position that was started last, from 1
     core::SharedSettings settings_;
     Transport transport_;
     HoverHighlight hover_;

@@ -1,4 +1,5 @@
 #include "base/file.h"
+#include "base/scoped_flag.h"
 #include "remote/face.h"
 #include "remote/form4.h"
 
@@ -42,11 +43,10 @@ void Form4::Picture11_Click() {
 std::optional<std::string> Form4::ChooseMedia() {
     if (choosing_) return std::nullopt;
     Form1_.MediaPlayer1().SetDisplaySize(core::kWindowDisplay);
-    choosing_ = true;
+    const base::ScopedFlag choosing(choosing_);
     const auto path = context_.dialogs.OpenFile({.owner = Handle(),
                                                  .title = "Nuvex Quillon Player - Open Media",
                                                  .filter = {"All Media Types", "*.*"}});
-    choosing_ = false;
     return Loaded() ? path : std::nullopt;
 }
 
@@ -60,6 +60,8 @@ void Form4::Picture14_Click() {
 }
 
 void Form4::Picture15_Click() {
+    grip_drag_x_.Release();
+    grip_drag_y_.Release();
     if (!playlist_shown_) {
         playlist_shown_ = true;
         Resize({Width(), static_cast<base::Twips>(remembered_height_)});
@@ -69,6 +71,7 @@ void Form4::Picture15_Click() {
         Resize({Width(), face::kCompactHeight});
     }
     PlacePlaylist();
+    if (playlist_shown_) KeepOnScreen();
 }
 
 void Form4::Picture5_Click() {

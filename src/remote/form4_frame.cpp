@@ -19,16 +19,21 @@ void Form4::RecordPosition() {
     plY = base::RoundHalfEven(Top());
 }
 
+// The full-screen picture stands where it is, whatever moves.
 void Form4::Form_MouseDown(const base::MouseEvent&) {
-    if (title_.empty()) Form1_.MediaPlayer1().SetVisible(false);
-    const bool move_also = settings_.move_also;
-    if (move_also) Form1_.HideWindow();
+    core::MediaEngine& engine = Form1_.MediaPlayer1();
+    if (title_.empty()) engine.SetVisible(false);
+    const bool takeAlong = settings_.move_also && engine.DisplaySize() != core::kFullScreenDisplay;
+    // The system may have moved the remote since the last drag.
+    RecordPosition();
+    if (takeAlong) Form1_.HideForDrag();
     Drag(forms::HitCode::Caption);
-    if (move_also) MoveVideoAlong();
+    if (!Loaded()) return;
+    if (takeAlong) MoveVideoAlong();
     RecordPosition();
 }
 
-// By as far as the remote has moved since its place was recorded last.
+// By as far as the remote was dragged.
 void Form4::MoveVideoAlong() {
     const base::Point video = Form1_.VideoPosition();
     Form1_.MoveVideo({video.x + (Left() - static_cast<base::Twips>(plX)),
@@ -36,7 +41,7 @@ void Form4::MoveVideoAlong() {
     const base::Point moved = Form1_.VideoPosition();
     Form1_.mX = base::RoundHalfEven(moved.x);
     Form1_.mY = base::RoundHalfEven(moved.y);
-    Form1_.ShowWindowAgain();
+    Form1_.ShowAfterDrag();
 }
 
 void Form4::CloseRequested() {
@@ -87,6 +92,14 @@ void Form4::MoveRemote(base::Point topLeft) {
     Move({topLeft.x, topLeft.y, Width(), Height()});
 }
 
+// With its list the remote may reach below the screen, where no grip can be taken.
+void Form4::KeepOnScreen() {
+    const base::Rect area = forms::WorkAreaAt({Left(), Top()});
+    const base::Twips lowest = area.bottom() - ExtentOnScreen().height;
+    if (Top() > lowest) MoveRemote({Left(), std::max(area.top, lowest)});
+    RecordPosition();
+}
+
 void Form4::Resize(base::Size size) {
     Move({Left(), Top(), size.width, size.height});
 }
@@ -102,11 +115,10 @@ void Form4::LayOutWidth() {
     for (const auto& [control, left] : right_side_)
         control->SetLeft(left + extra);
     Label1.Move({Label1.Left(), Label1.Top(), face::kTitle.width + extra, Label1.Height()});
-    const base::Twips way = Picture12.Left() - Line11.X1();
     for (forms::Line* line : {&Line9, &Line11, &Line12}) {
         line->SetEnds({line->X1(), line->Y1()}, {face::kPositionEnd.x + extra, line->Y1()});
     }
-    Picture12.SetLeft(SeekTrack().Clamped(Line11.X1() + way));
+    Picture12.SetLeft(SeekTrack().Clamped(Picture12.Left()));
 }
 
 void Form4::PlacePlaylist() {
@@ -125,7 +137,7 @@ void Form4::Picture17_MouseDown(const base::MouseEvent& mouse) {
 }
 
 void Form4::Picture17_MouseMove(const base::MouseEvent& mouse) {
-    if (!grip_drag_y_.Active()) return;
+    if (!grip_drag_y_.Active() || !playlist_shown_) return;
     Resize({std::max(face::kSmallestWidth, grip_drag_x_.EdgeFor(Width(), mouse.X)),
             std::max(face::kSmallestHeight, grip_drag_y_.EdgeFor(Height(), mouse.Y))});
 }

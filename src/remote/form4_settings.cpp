@@ -31,9 +31,9 @@ void Form4::ApplySettingsFile() {
 void Form4::PlaceVolumeKnob(const core::SettingsFile& file) {
     core::MediaEngine& engine = Form1_.MediaPlayer1();
     if (const auto top = file.VolumeKnobTop()) {
-        Picture13.SetTop(Track().Clamped(static_cast<base::Twips>(*top)));
+        Picture13.SetTop(LoudnessTrack().Clamped(static_cast<base::Twips>(*top)));
     }
-    ApplyVolume(engine, Track().VolumeAt(Picture13.Top()));
+    ApplyVolume(engine, LoudnessTrack().VolumeAt(Picture13.Top()));
     CurrentVolume = engine.Volume();
 }
 

@@ -20,7 +20,7 @@ PositionTrack Form4::SeekTrack() const {
     return {Line12.X1(), Line12.X2(), Line11.X1(), Line11.X2(), Picture12.Width()};
 }
 
-VolumeTrack Form4::Track() const {
+VolumeTrack Form4::LoudnessTrack() const {
     return {Line13.Y1(), Line13.Y2(), Picture13.Height()};
 }
 
@@ -44,10 +44,14 @@ void Form4::Picture12_MouseMove(const base::MouseEvent& mouse) {
 
 void Form4::ShowDraggedTime() {
     const double duration = Form1_.MediaPlayer1().Duration();
-    if (SeekTrack().HasRoom()) drag_time_ = SeekTrack().SecondAt(Picture12.Left(), duration);
+    if (!SeekTrack().HasRoom()) return;
+    drag_time_ = SeekTrack().SecondAt(Picture12.Left(), duration);
+    Picture12.SetAccessibleValue(TimeText(drag_time_));
 }
 
 void Form4::Picture12_MouseUp(const base::MouseEvent&) {
+    // A release that belongs to a press elsewhere is none of this knob.
+    if (!position_drag_.Active()) return;
     position_drag_.Release();
     core::MediaEngine& engine = Form1_.MediaPlayer1();
     const PositionTrack track = SeekTrack();
@@ -80,12 +84,14 @@ void Form4::Picture12_KeyDown(const base::KeyEvent& key) {
 
 void Form4::SeekTo(double seconds) {
     core::MediaEngine& engine = Form1_.MediaPlayer1();
-    if (engine.CurrentPosition() == core::kNothingLoaded) return;
-    const double last = base::Floor(engine.Duration());
-    engine.SetCurrentPosition(base::Floor(std::clamp(seconds, 0.0, last)));
+    if (engine.CurrentPosition() == core::kNothingLoaded || engine.Duration() <= 0) return;
+    const std::int32_t last = base::Floor(engine.Duration());
+    const std::int32_t target = std::clamp(base::Floor(seconds), 0, last);
+    engine.SetCurrentPosition(target);
+    Picture12.SetAccessibleValue(TimeText(target));
 }
 
-// A picture of another size, or whatever else, does not change what the slider measures with.
+// The seek is measured with the knob's width.
 void Form4::Picture12_Resize() {
     Picture12.Move(
         {Picture12.Left(), Picture12.Top(), face::kPositionKnob.width, Picture12.Height()});
@@ -104,13 +110,14 @@ void Form4::Picture13_MouseUp(const base::MouseEvent&) {
 }
 
 void Form4::MoveVolumeKnob(base::Twips top) {
-    Picture13.Move({Picture13.Left(), Track().Clamped(top), Picture13.Width(), Picture13.Height()});
-    ApplyVolume(Form1_.MediaPlayer1(), Track().VolumeAt(Picture13.Top()));
+    Picture13.Move(
+        {Picture13.Left(), LoudnessTrack().Clamped(top), Picture13.Width(), Picture13.Height()});
+    ApplyVolume(Form1_.MediaPlayer1(), LoudnessTrack().VolumeAt(Picture13.Top()));
     SayVolume();
 }
 
 void Form4::SayVolume() {
-    const double loudness = 100 * (1 - Track().FractionAt(Picture13.Top()));
+    const double loudness = 100 * (1 - LoudnessTrack().FractionAt(Picture13.Top()));
     Picture13.SetAccessibleValue(std::to_string(base::RoundHalfEven(loudness)) + " %");
 }
 

@@ -6,9 +6,10 @@ namespace nqp::remote {
 namespace {
 
 void Replace(forms::PictureBox& shown, forms::PictureBox& next) {
-    next.SetVisible(true);
-    if (shown.HasFocus()) next.SetFocus();
+    const bool focused = shown.HasFocus();
     shown.SetVisible(false);
+    next.SetVisible(true);
+    if (focused) next.SetFocus();
 }
 
 }  // namespace

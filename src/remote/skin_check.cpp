@@ -178,7 +178,8 @@ double Contrast(forms::Color one, forms::Color other) {
 }
 
 Findings CheckSkin(const std::filesystem::path& folder) {
-    if (!std::filesystem::is_directory(folder)) return {"There is no such folder."};
+    std::error_code unreadable;
+    if (!std::filesystem::is_directory(folder, unreadable)) return {"There is no such folder."};
     const SkinPackage skin(folder);
     Findings findings;
     for (const PictureFile& file : PictureFiles())

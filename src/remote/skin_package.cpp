@@ -10,6 +10,8 @@ namespace {
 
 const std::string kSkinsFolder = "Skins/";  // a name is put behind it as it is
 constexpr std::size_t kColorRecordBytes = 128;
+// More than any screen needs; a small file may claim far more.
+constexpr std::size_t kMostPixels = 4'000'000;
 constexpr std::uint32_t kColorBits = 0x00FFFFFF;
 
 }  // namespace
@@ -22,6 +24,9 @@ forms::Picture SkinPackage::LoadPicture(const std::string& fileName) const {
     if (!base::IsFile(path)) return nullptr;
     auto picture = base::ReadBmp(base::ReadFile(path));
     if (!picture) throw forms::RunTimeError(fileName + " of the skin is not a readable bitmap.");
+    if (picture->Pixels().size() > kMostPixels) {
+        throw forms::RunTimeError(fileName + " of the skin is too large.");
+    }
     return std::make_shared<const base::Bitmap>(*std::move(picture));
 }
 

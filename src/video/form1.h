@@ -27,7 +27,8 @@ public:
     void LoadWindow() override { Load(); }
     void ShowWindow() override { Show(); }
     void HideWindow() override;
-    void ShowWindowAgain() override { ShowInactive(); }
+    void HideForDrag() override { Hide(); }
+    void ShowAfterDrag() override { ShowInactive(); }
     void UnloadWindow() override { Unload(); }
     base::Point VideoPosition() const override { return {Left(), Top()}; }
     void MoveVideo(base::Point topLeft) override {

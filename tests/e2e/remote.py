@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from player import REMOTE, VIDEO, Player
+from player import PLAYING, REMOTE, Player
 from pointer import Point
 from screen import Rect
 from waiting import until
@@ -22,7 +22,10 @@ POSITION_KNOB, VOLUME_KNOB = "Picture12", "Picture13"
 SIZE_GRIP, WIDTH_GRIP = "Picture17", "Picture18"
 TITLE, CLOCK, LIST = "Label1", "Label2", "List1"
 
-# Where nothing stands on the face, from its upper left corner.
+# The ends of the position track and of the volume track, and a place where nothing stands,
+# in pixels from the upper left corner of the face.
+TRACK_LEFT, TRACK_RIGHT = 166, 428
+TRACK_TOP, TRACK_BOTTOM = 8, 51
 BARE_SPOT = (158, 30)
 
 
@@ -50,8 +53,9 @@ class Remote:
         return window.left + BARE_SPOT[0], window.top + BARE_SPOT[1]
 
     def take_keys(self) -> None:
-        """Keys go to the window, none of its controls has them yet."""
-        self.pointer.click(self.bare_spot())
+        """The window gets the keys; in a new one none of its controls has them. A click on the bare
+        surface would begin to move the window, and then the keys end that."""
+        self.click(TITLE)
         self.pointer.wait_for_keys_at(self.player.rect(REMOTE))
 
     def is_highlighted(self, button: str) -> bool:
@@ -72,9 +76,15 @@ class Remote:
         """Until the program has done what it does for all that the mouse did so far: input is
         handled in its order, and the highlighted button can be seen."""
         self.leave_buttons()
-        self.point_at(STOP_BUTTON)
+        self.point_at(OPEN_BUTTON)
         self.leave_buttons()
 
     def play(self) -> None:
         self.click(PLAY_BUTTON)
-        self.player.wait_for(state=2, visible=1)
+        self.player.wait_for(state=PLAYING, visible=1)
+
+
+def start_in_sight(player: Player) -> None:
+    """The usual clip plays and its picture is seen."""
+    player.open()
+    Remote(player).play()

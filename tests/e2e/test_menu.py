@@ -8,6 +8,7 @@ import clips
 import pytest
 from conftest import Desk
 from player import (
+    FILE_DIALOG,
     FULL_SCREEN,
     IN_WINDOW,
     MENU,
@@ -22,7 +23,6 @@ from player import (
     Player,
 )
 from pointer import LEFT, RIGHT, Pointer
-from stage import windows_path
 from waiting import until
 from windowmap import control_id
 
@@ -41,10 +41,6 @@ CAPTIONS = [
     "Exit",
 ]
 SCREEN_SIZE = (1280, 1024)
-# The system's open dialog.
-FILE_DIALOG = "#32770"
-FILE_NAME_FIELD = 0x47C
-OK_BUTTON, CANCEL_BUTTON = 1, 2
 
 
 def open_in_sight(player: Player) -> None:
@@ -221,10 +217,7 @@ def test_open_plays_the_file_that_is_chosen(player: Player) -> None:
     player.choose("Open ...")
     player.wait(FILE_DIALOG, "visible")
     player.wait_for(visible=0)
-    field = f"{FILE_DIALOG}@{player.process}"
-    player.ctl.ask("settext", field, FILE_NAME_FIELD, windows_path(chosen))
-    player.ctl.ask("command", field, OK_BUTTON)
-    player.wait(FILE_DIALOG, "gone")
+    player.answer_open_dialog(chosen)
     player.wait_for(state=PLAYING, visible=1)
     assert player.text(REMOTE, "Label1") == "другой 剪辑"
 
@@ -233,8 +226,7 @@ def test_cancelling_open_leaves_the_clip_and_hides_it(player: Player) -> None:
     open_in_sight(player)
     player.choose("Open ...")
     player.wait(FILE_DIALOG, "visible")
-    player.ctl.ask("command", f"{FILE_DIALOG}@{player.process}", CANCEL_BUTTON)
-    player.wait(FILE_DIALOG, "gone")
+    player.answer_open_dialog(None)
     assert player.playback().visible == 0
     assert player.playback().duration > 0
 
@@ -278,12 +270,4 @@ def test_exit_ends_the_program(player: Player) -> None:
     player.open_menu()
     exit_label = player.rect(MENU, control_id(MENU, "Label1(11)"))
     player.pointer.click(exit_label.centre)
-    assert player.ended() == 0
-
-
-def test_escape_on_the_remote_ends_the_program(player: Player, pointer: Pointer) -> None:
-    player.start_and_show()
-    pointer.click(player.client(REMOTE).point(0.5, 0.9))
-    pointer.wait_for_keys_at(player.rect(REMOTE))
-    pointer.key("Escape")
     assert player.ended() == 0

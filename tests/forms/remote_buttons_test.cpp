@@ -293,5 +293,22 @@ TEST_F(Grips, KeepAKnobOnItsTrack) {
     EXPECT_LE(remote_.Picture12.Left() + remote_.Picture12.Width(), remote_.Line12.X2());
 }
 
+TEST_F(PlaylistArea, OpensInsideTheScreen) {
+    const base::Rect area = forms::WorkAreaAt({0, 0});
+    remote_.MoveRemote({900, area.bottom() - 1500});
+    test::ClickOn(remote_.Picture15);
+    EXPECT_LE(remote_.Top() + remote_.Height(), area.bottom() + 15);
+    EXPECT_NEAR(remote_.Height(), face::kFirstExpandedHeight, 15);
+    EXPECT_EQ(remote_.plY, base::RoundHalfEven(remote_.Top()));
+}
+
+TEST_F(Grips, ThatAreHeldWhileTheListIsHiddenLetGo) {
+    test::ClickOn(remote_.Picture15);
+    test::PressOn(remote_.Picture17, base::kLeftButton, 60, 60);
+    test::PressKeyIn(remote_.Picture15, base::kKeySpace);
+    test::MoveHolding(remote_.Picture17, base::kLeftButton, 60, 3000);
+    EXPECT_NEAR(remote_.Height(), face::kCompactHeight, 15);
+}
+
 }  // namespace
 }  // namespace nqp::remote

@@ -156,5 +156,39 @@ TEST(TrayMenu, ShowsAndHidesAndClosesFromTheIcon) {
     EXPECT_FALSE(player.form4.Loaded());
 }
 
+TEST_F(RemoteFrame, LeavesTheFullScreenPictureAlone) {
+    Start(true);
+    remote_.Picture7_Click();
+    player_.engine.SetDisplaySize(core::kFullScreenDisplay);
+    DragRemote();
+    EXPECT_EQ(player_.engine.DisplaySize(), core::kFullScreenDisplay);
+    EXPECT_EQ(player_.form1.Bounds(), kVideo);
+}
+
+TEST_F(RemoteFrame, KeepsTheOtherWindowsOfTheVideoOpen) {
+    Start(true);
+    player_.form6.Show();
+    DragRemote();
+    EXPECT_TRUE(player_.form6.Loaded());
+}
+
+TEST_F(RemoteFrame, TakesTheVideoWindowAsFarAsItIsDraggedWhereverItWasBefore) {
+    Start(true);
+    remote_.Move({remote_.Left() + 3000, remote_.Top(), remote_.Width(), remote_.Height()});
+    DragRemote();
+    EXPECT_EQ(player_.form1.Left(), kVideo.left + kRight);
+}
+
+TEST_F(RemoteFrame, ClosedInTheMiddleOfADragStaysClosed) {
+    Start(true);
+    test::OnNextDrag(remote_, [this](forms::HitCode) {
+        remote_.Picture1_Click();
+        return base::Rect{};
+    });
+    test::PressOn(remote_, base::kLeftButton, 30, 30);
+    EXPECT_FALSE(remote_.Loaded());
+    EXPECT_FALSE(player_.form1.Loaded());
+}
+
 }  // namespace
 }  // namespace nqp::remote

@@ -243,5 +243,18 @@ TEST_F(Monitor, GoesOnWhileTheWindowsAreHidden) {
     EXPECT_TRUE(Shows("00:00:09"));
 }
 
+TEST_F(PositionKnob, SeeksNowhereWithoutAPress) {
+    player_.engine.position = 33.7;
+    player_.engine.ForgetCalls();
+    test::ReleaseOn(remote_.Picture12, base::kLeftButton, 60, 60);
+    EXPECT_EQ(player_.engine.calls, Calls{});
+}
+
+TEST_F(PositionKnob, SeeksNowhereWithTheKeysInAClipWithoutADuration) {
+    player_.engine.duration = 0;
+    test::PressKeyIn(remote_.Picture12, base::kKeyRight);
+    EXPECT_EQ(player_.engine.calls, Calls{});
+}
+
 }  // namespace
 }  // namespace nqp::remote

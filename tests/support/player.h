@@ -26,7 +26,14 @@ public:
         return answer;
     }
 
+    std::string OpenFiles(const core::OpenFileRequest& request) override {
+        lastRequest = request;
+        if (whenAsked) whenAsked();
+        return severalAnswer;
+    }
+
     std::optional<std::string> answer;  // nothing: the person cancels
+    std::string severalAnswer;          // what the dialog leaves in its buffer; empty: cancelled
     std::function<void()> whenAsked;
     core::OpenFileRequest lastRequest;
 };

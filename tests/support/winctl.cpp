@@ -369,6 +369,17 @@ Rows Hide(const Words& words) {
     return {};
 }
 
+// place WINDOW CONTROL X Y: a top-level window by its place on the screen, a control in its parent.
+Rows Place(const Words& words) {
+    HWND window = Control(words, 1);
+    const auto x = static_cast<int>(Number(words.at(3)));
+    const auto y = static_cast<int>(Number(words.at(4)));
+    if (!SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE)) {
+        Fail("the window is gone");
+    }
+    return {};
+}
+
 Rows Style(const Words& words) {
     HWND window = Control(words, 1);
     return {Row()
@@ -494,19 +505,33 @@ using Verb = Rows (*)(const Words&);
 
 const std::map<std::wstring, Verb>& Verbs() {
     static const std::map<std::wstring, Verb> verbs = {
-        {L"list", List},         {L"tree", Tree},
-        {L"wait", Wait},         {L"is", Is},
-        {L"rect", Rect},         {L"client", Client},
-        {L"text", Text},         {L"settext", SetText},
-        {L"visible", Visible},   {L"click", Click},
-        {L"command", Command},   {L"post", PostAny},
-        {L"send", SendAny},      {L"close", Close},
-        {L"style", Style},       {L"media", Media},
-        {L"start", Start},       {L"ended", Ended},
-        {L"playback", Playback}, {L"kill", Kill},
-        {L"dpi", Dpi},           {L"foreground", Foreground},
-        {L"hide", Hide},         {L"icon", Icon},
-        {L"dropicon", DropIcon}, {L"shellstarted", ShellStarted},
+        {L"list", List},
+        {L"tree", Tree},
+        {L"wait", Wait},
+        {L"is", Is},
+        {L"rect", Rect},
+        {L"client", Client},
+        {L"text", Text},
+        {L"settext", SetText},
+        {L"visible", Visible},
+        {L"click", Click},
+        {L"command", Command},
+        {L"post", PostAny},
+        {L"send", SendAny},
+        {L"close", Close},
+        {L"style", Style},
+        {L"media", Media},
+        {L"start", Start},
+        {L"ended", Ended},
+        {L"playback", Playback},
+        {L"kill", Kill},
+        {L"dpi", Dpi},
+        {L"foreground", Foreground},
+        {L"hide", Hide},
+        {L"icon", Icon},
+        {L"place", Place},
+        {L"dropicon", DropIcon},
+        {L"shellstarted", ShellStarted},
     };
     return verbs;
 }

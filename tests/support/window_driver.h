@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "forms/control.h"
 #include "forms/form.h"
@@ -22,6 +23,10 @@ void PressOn(forms::Form& form, int button, base::Twips x, base::Twips y);
 void PressOn(forms::Control& control, int button, base::Twips x, base::Twips y);
 void MoveHolding(forms::Control& control, int button, base::Twips x, base::Twips y);
 void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y);
+void RightClickOn(forms::Control& control, base::Twips x, base::Twips y);
+// Lets go of files over the window or the control.
+void DropFiles(forms::Form& form, const std::vector<std::string>& paths);
+void DropFiles(forms::Control& control, const std::vector<std::string>& paths);
 void MovePointerOff(forms::Control& control);
 void PressKey(forms::Form& form, int keyCode, int shift = 0);
 // The control has the focus.

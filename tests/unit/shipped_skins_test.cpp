@@ -84,6 +84,7 @@ TEST(ShippedSkins, HighlightTheirButtonsClearly) {
         for (const char* button : {"button1.bmp", "button2.bmp", "button3.bmp", "button4.bmp"}) {
             const auto normal = skin.LoadPicture(button);
             const auto highlighted = skin.LoadPicture("x" + std::string(button));
+            ASSERT_EQ(normal->Pixels().size(), highlighted->Pixels().size()) << folder << button;
             int different = 0;
             for (std::size_t index = 0; index < normal->Pixels().size(); ++index) {
                 const auto a = normal->Pixels()[index];

@@ -24,13 +24,13 @@ TEST(Resolution, ThatChangesKeepsTheTwipsAndSizesThePictureAnew) {
     Player player;
     player.Start();
     player.engine.ForgetCalls();
-    constexpr int kDpi = 144;
-    RECT suggested{100, 100, 100 + 516, 100 + 386};  // the same twips in larger pixels
+    constexpr int kDpi = 192;
+    RECT suggested{100, 100, 100 + 688, 100 + 514};  // the same twips in twice as many pixels
     SendMessageW(HandleOf(player.form1), WM_DPICHANGED, MAKEWPARAM(kDpi, kDpi),
                  reinterpret_cast<LPARAM>(&suggested));
     RECT window{};
     GetWindowRect(HandleOf(player.form1), &window);
-    EXPECT_EQ(window.right - window.left, 516);
+    EXPECT_EQ(window.right - window.left, 688);
     EXPECT_EQ(player.form1.Width(), 5160);
     EXPECT_TRUE(Called(player.engine, "Width = 5160"));
 }

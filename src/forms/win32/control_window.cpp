@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "forms/win32/accessible.h"
+#include "forms/win32/file_drop.h"
 #include "forms/win32/winapi/gdi.h"
 #include "forms/win32/window.h"
 
@@ -27,6 +28,7 @@ ControlWindow::ControlWindow(const ControlState& state, ControlEvents& events, W
 ControlWindow::~ControlWindow() {
     window_.Remove(*this);
     ControlWindows().erase(hwnd_);
+    if (state_.takesFiles) EndFileDrop(hwnd_);
     DestroyWindow(hwnd_);
 }
 
@@ -42,6 +44,10 @@ void ControlWindow::Create(const wchar_t* className, DWORD style, DWORD extended
                             GetModuleHandleW(nullptr), this);
     ControlWindows()[hwnd_] = this;
     Update();
+    if (!state_.takesFiles) return;
+    BeginFileDrop(hwnd_, [this](const std::vector<std::string>& paths) {
+        if (events_ != nullptr) events_->OnFilesDropped(paths);
+    });
 }
 
 int ControlWindow::Dpi() const {
@@ -74,7 +80,7 @@ void ControlWindow::Place() {
 void ControlWindow::UpdateVisibility() {
     const bool shown = (GetWindowLongPtrW(hwnd_, GWL_STYLE) & WS_VISIBLE) != 0;
     if (shown == state_.visible) return;
-    if (!state_.visible && HasFocus()) ::SetFocus(window_.Hwnd());
+    if (!state_.visible && HasFocus()) window_.SetFocusTo(window_.Hwnd());
     ShowWindow(hwnd_, state_.visible ? SW_SHOWNA : SW_HIDE);
     if (state_.visible) BecameVisible();
 }
@@ -85,10 +91,12 @@ void ControlWindow::UpdateAccessibility() {
         accessibleName_ = state_.accessibleName;
         NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, hwnd_, OBJID_CLIENT, CHILDID_SELF);
     }
-    if (accessibleValue_ != state_.accessibleValue) {
-        accessibleValue_ = state_.accessibleValue;
-        NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, hwnd_, OBJID_CLIENT, CHILDID_SELF);
-    }
+}
+
+void ControlWindow::TellValue() {
+    if (accessibleValue_ == state_.accessibleValue) return;
+    accessibleValue_ = state_.accessibleValue;
+    NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, hwnd_, OBJID_CLIENT, CHILDID_SELF);
 }
 
 // Answers assistive tools for any kind of control that has a name.
@@ -110,21 +118,34 @@ void ControlWindow::UpdateFont() {
     fontDpi_ = Dpi();
     fontBold_ = state_.bold;
     fontScale_ = state_.fontScale;
-    winapi::GdiObject font = winapi::MessageFont(fontDpi_, fontBold_, fontScale_);
+    winapi::GdiObject font = FittingFont();
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
     font_ = std::move(font);
 }
 
+// A person may have made the system's texts larger than a line of the face is high.
+winapi::GdiObject ControlWindow::FittingFont() const {
+    winapi::GdiObject font = winapi::MessageFont(fontDpi_, fontBold_, fontScale_);
+    const bool oneLine =
+        state_.kind == ControlKind::Label || state_.kind == ControlKind::TextBox || state_.flat;
+    const int room = static_cast<int>(place_.bottom - place_.top);
+    const int height = winapi::HeightOf(font);
+    if (!oneLine || room <= 0 || height <= room) return font;
+    const float shrink = static_cast<float>(room) / static_cast<float>(height);
+    return winapi::MessageFont(fontDpi_, fontBold_, fontScale_ * shrink);
+}
+
 void ControlWindow::SetFocus() {
-    ::SetFocus(hwnd_);
+    window_.SetFocusTo(hwnd_);
 }
 
 bool ControlWindow::HasFocus() const {
-    return GetFocus() == hwnd_;
+    return window_.Focus() == hwnd_;
 }
 
 void ControlWindow::Press() {
-    if (events_ != nullptr && state_.visible && state_.enabled) events_->OnClick();
+    const bool usable = state_.visible && state_.enabled && IsWindowEnabled(window_.Hwnd()) != 0;
+    if (events_ != nullptr && usable) events_->OnClick();
 }
 
 void ControlWindow::Retire() {

@@ -32,7 +32,9 @@ public:
 
     // A notification that the control sent to its window.
     virtual void Notify(UINT message, WORD code) = 0;
-    // A button whose drawing is left to its window.
+    // A notification of a list, with what it answers.
+    virtual LRESULT NotifyOfList(const NMHDR&) { return 0; }
+    // A button or a list whose drawing is left to its window.
     virtual void DrawItem(const DRAWITEMSTRUCT&) {}
     // An assistive tool, or a tool outside the program, presses the control.
     void Press();
@@ -44,6 +46,9 @@ protected:
     HWND Hwnd() const { return hwnd_; }
     HFONT Font() const { return static_cast<HFONT>(font_.get()); }
     int Dpi() const;
+    // Tells assistive tools of a value that a person has changed; what changes by itself is not
+    // worth an interruption.
+    void TellValue();
     Window& Parent() const { return window_; }
     ControlEvents* Events() const { return events_; }
     // Shows what is particular to the kind.
@@ -55,6 +60,7 @@ private:
                                            UINT_PTR id, DWORD_PTR) noexcept;
     void Place();
     void UpdateFont();
+    winapi::GdiObject FittingFont() const;
     void UpdateVisibility();
     void UpdateAccessibility();
 

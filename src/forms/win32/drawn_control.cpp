@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/resample.h"
+#include "forms/run_time_error.h"
 #include "forms/win32/winapi/mouse.h"
 #include "forms/win32/winapi/text.h"
 #include "forms/win32/window.h"
@@ -19,6 +20,12 @@ UINT Alignment(Align align) {
         default:
             return DT_LEFT;
     }
+}
+
+// Of a key that is held down.
+bool IsRepeated(LPARAM keyDown) {
+    constexpr LPARAM kWasDown = LPARAM{1} << 30;
+    return (keyDown & kWasDown) != 0;
 }
 
 }  // namespace
@@ -62,8 +69,9 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
         case WM_GETDLGCODE:
             return WantedKeys(lParam);
         case WM_KEYDOWN:
-            if (Events() == nullptr) break;
+            if (Events() == nullptr || (IsRepeated(lParam) && State().role == Role::Button)) break;
             Events()->OnKeyDown({static_cast<int>(wParam), winapi::HeldShiftKeys()});
+            TellValue();
             return 0;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
@@ -111,6 +119,7 @@ bool DrawnControl::HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lP
         case winapi::MouseAction::Move:
             WatchForLeave(hwnd);
             Events()->OnMouseMove(mouse->event);
+            if (held_) TellValue();
             break;
         case winapi::MouseAction::Up:
             ReleaseAt(hwnd, lParam, mouse->event);
@@ -125,7 +134,8 @@ void DrawnControl::WatchForLeave(HWND hwnd) {
     watching_ = TrackMouseEvent(&track) != 0;
 }
 
-// A control that appears under the pointer need not get a move before the pointer leaves it.
+// A control that appears under the pointer need not get a move before the pointer leaves it. What
+// it took the place of is hidden by then.
 void DrawnControl::BecameVisible() {
     POINT pointer{};
     if (GetCursorPos(&pointer) != 0 && WindowFromPoint(pointer) == Hwnd()) WatchForLeave(Hwnd());
@@ -151,14 +161,16 @@ void DrawnControl::LoseCapture(HWND to) noexcept {
 }
 
 void DrawnControl::Paint(HWND hwnd) {
-    const BufferedPaint paint(hwnd);
-    if (State().picture != nullptr) {
-        DrawPicture(paint.Target(), paint.Area());
-    } else {
-        Fill(paint.Target(), paint.Area(), State().backColor);
-        DrawCaption(paint.Target(), paint.Area());
-    }
-    if (HasFocus()) DrawFocusRing(paint.Target(), paint.Area(), Dpi());
+    Guarded(Origin::Program, [&] {
+        const BufferedPaint paint(hwnd);
+        if (State().picture != nullptr) {
+            DrawPicture(paint.Target(), paint.Area());
+        } else {
+            Fill(paint.Target(), paint.Area(), State().backColor);
+            DrawCaption(paint.Target(), paint.Area());
+        }
+        if (GetFocus() == hwnd) DrawFocusRing(paint.Target(), paint.Area(), Dpi());
+    });
 }
 
 void DrawnControl::DrawPicture(HDC target, const RECT& area) {

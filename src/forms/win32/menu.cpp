@@ -20,21 +20,28 @@ MenuHandle Build(const Menu& menu) {
     MenuHandle handle(CreatePopupMenu());
     UINT_PTR command = 1;
     for (const MenuItem* item : menu.Items()) {
-        AppendMenuW(handle.get(), MF_STRING, command++, winapi::Utf16(item->Caption()).c_str());
+        const UINT mark = item->Checked() ? MF_CHECKED : MF_UNCHECKED;
+        AppendMenuW(handle.get(), MF_STRING | mark, command++,
+                    winapi::Utf16(item->Caption()).c_str());
     }
     return handle;
 }
 
 }  // namespace
 
-void Window::PopUp(Menu& menu) {
+void Window::PopUp(Menu& menu, const base::Point* at) {
     const MenuHandle handle = Build(menu);
-    POINT pointer{};
-    GetCursorPos(&pointer);
+    POINT place{};
+    if (at != nullptr) {
+        place = {base::TwipsToPixels(at->x, dpi_), base::TwipsToPixels(at->y, dpi_)};
+        ClientToScreen(hwnd_, &place);
+    } else {
+        GetCursorPos(&place);
+    }
     // Without these two a menu of a window in the background would not close on a click elsewhere.
     SetForegroundWindow(hwnd_);
-    const int command = TrackPopupMenu(handle.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, pointer.x,
-                                       pointer.y, 0, hwnd_, nullptr);
+    const int command = TrackPopupMenu(handle.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, place.x,
+                                       place.y, 0, hwnd_, nullptr);
     PostMessageW(hwnd_, WM_NULL, 0, 0);
     if (command < 1) return;
     MenuItem* chosen = menu.Items()[static_cast<std::size_t>(command - 1)];

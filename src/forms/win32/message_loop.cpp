@@ -83,7 +83,10 @@ void Dispatch(MSG& message) {
     Window* window = Window::Of(root);
     if (window != nullptr && IsKeyDown(message) && window->HandleKey(message.wParam)) return;
     const bool dialog = (GetWindowLongPtrW(root, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0;
-    if (dialog && IsDialogMessageW(root, &message) != 0) return;
+    // Only a dialog's captions mark access keys; on a face an "&" is part of a title.
+    const bool letter = message.message == WM_CHAR || message.message == WM_SYSCHAR;
+    const bool plain = letter && window != nullptr && !window->IsDialog();
+    if (dialog && !plain && IsDialogMessageW(root, &message) != 0) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }

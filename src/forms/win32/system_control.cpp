@@ -6,6 +6,7 @@
 #include "forms/win32/drawn_control.h"
 #include "forms/win32/graphics.h"
 #include "forms/win32/line_control.h"
+#include "forms/win32/list_control.h"
 #include "forms/win32/winapi/text.h"
 #include "forms/win32/window.h"
 
@@ -70,10 +71,13 @@ public:
     ButtonControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
         Create(L"BUTTON", WS_TABSTOP | StyleOf(state));
+        if (state.flat) SetWindowSubclass(Hwnd(), FlatProcedure, kFlatSubclass, 0);
     }
 
     void Notify(UINT message, WORD code) override {
-        if (message == WM_COMMAND && code == BN_CLICKED && Events() != nullptr) Events()->OnClick();
+        // The second click of a quick pair comes under its own name from a button drawn here.
+        const bool clicked = code == BN_CLICKED || code == BN_DOUBLECLICKED;
+        if (message == WM_COMMAND && clicked && Events() != nullptr) Events()->OnClick();
     }
 
     void DrawItem(const DRAWITEMSTRUCT& item) override {
@@ -92,6 +96,20 @@ public:
     }
 
 private:
+    static constexpr UINT_PTR kFlatSubclass = 1;
+
+    // Enter presses it as it presses every other button; the dialog code only knows the platform's.
+    static LRESULT CALLBACK FlatProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR) noexcept {
+        if (message == WM_GETDLGCODE && wParam == VK_RETURN) return DLGC_BUTTON | DLGC_WANTMESSAGE;
+        if (message == WM_KEYDOWN && wParam == VK_RETURN) {
+            if (ControlWindow* button = Of(hwnd)) button->Press();
+            return 0;
+        }
+        if (message == WM_NCDESTROY) RemoveWindowSubclass(hwnd, FlatProcedure, id);
+        return DefSubclassProc(hwnd, message, wParam, lParam);
+    }
+
     static DWORD StyleOf(const ControlState& state) {
         if (state.flat) return BS_OWNERDRAW;
         return state.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
@@ -131,21 +149,9 @@ private:
     }
 };
 
-class ListControl final : public ControlWindow {
-public:
-    ListControl(const ControlState& state, ControlEvents& events, Window& window)
-        : ControlWindow(state, events, window) {
-        Create(L"LISTBOX", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT);
-    }
-
-    void Notify(UINT, WORD) override {}
-
-private:
-    void UpdateKind() override { InvalidateRect(Hwnd(), nullptr, TRUE); }
-};
-
 void LoadCommonControls() {
-    INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_BAR_CLASSES};
+    INITCOMMONCONTROLSEX classes{sizeof classes,
+                                 ICC_STANDARD_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
     static const BOOL loaded = InitCommonControlsEx(&classes);
     static_cast<void>(loaded);
 }

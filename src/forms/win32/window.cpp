@@ -7,7 +7,9 @@
 #include <unordered_map>
 
 #include "base/resample.h"
+#include "forms/run_time_error.h"
 #include "forms/win32/control_window.h"
+#include "forms/win32/file_drop.h"
 #include "forms/win32/line_control.h"
 #include "forms/win32/message_loop.h"
 #include "forms/win32/screen.h"
@@ -77,11 +79,16 @@ void RoundCorners(HWND hwnd) {
 Window::Window(const WindowState& state, WindowEvents& events, HWND owner) : state_(state) {
     Create(owner);
     events_ = &events;
+    if (!state_.takesFiles) return;
+    BeginFileDrop(hwnd_, [this](const std::vector<std::string>& paths) {
+        if (events_ != nullptr) events_->OnFilesDropped(paths);
+    });
 }
 
 Window::~Window() {
     events_ = nullptr;
     if (toolTips_ != nullptr) DestroyWindow(toolTips_);
+    if (state_.takesFiles) EndFileDrop(hwnd_);
     if (hwnd_ != nullptr) DestroyWindow(hwnd_);
 }
 
@@ -143,8 +150,12 @@ LRESULT Window::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
             if (reinterpret_cast<HWND>(wParam) != hwnd || LOWORD(lParam) != HTCLIENT) break;
             SetCursor(CursorOf(state_.pointer));
             return TRUE;
+        case WM_NOTIFY: {
+            const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+            ControlWindow* control = ControlWindow::Of(header.hwndFrom);
+            return control != nullptr ? control->NotifyOfList(header) : 0;
+        }
         case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
             return ColourOfControl(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
@@ -243,13 +254,23 @@ bool Window::Opened(HWND other) const {
 // Only a dialog starts with the focus on its first control.
 void Window::RememberFocus(bool active) {
     if (!TabMoves()) return;
+    active_ = active;
     if (!active) {
-        focus_ = GetFocus();
+        focus_ = ::GetFocus();
         return;
     }
     const bool usable = IsChild(hwnd_, focus_) != 0 && IsWindowVisible(focus_) != 0;
     if (!usable) focus_ = IsDialog() ? GetNextDlgTabItem(hwnd_, nullptr, FALSE) : hwnd_;
-    SetFocus(focus_);
+    ::SetFocus(focus_);
+}
+
+HWND Window::Focus() const {
+    return active_ || !TabMoves() ? ::GetFocus() : focus_;
+}
+
+void Window::SetFocusTo(HWND control) {
+    if (active_ || !TabMoves()) ::SetFocus(control);
+    focus_ = control;
 }
 
 void Window::ChangeDpi(int dpi, const RECT& suggested) {
@@ -261,21 +282,23 @@ void Window::ChangeDpi(int dpi, const RECT& suggested) {
     for (ControlWindow* control : controls_)
         control->Update();
     FaceChanged();
+    if (events_ != nullptr) events_->OnResolutionChanged();
 }
 
 void Window::Paint() {
-    const BufferedPaint paint(hwnd_);
-    DrawFace(paint.Target());
+    Guarded(Origin::Program, [this] {
+        const BufferedPaint paint(hwnd_);
+        DrawFace(paint.Target());
+    });
 }
 
 void Window::DrawFace(HDC target) {
     RECT area{};
     GetClientRect(hwnd_, &area);
-    if (const Canvas* backdrop = DrawnBackdrop()) {
-        backdrop->CopyTo(target);
-    } else {
-        Fill(target, area, state_.backColor);
-    }
+    const Canvas* backdrop = DrawnBackdrop();
+    if (backdrop == nullptr || !backdropIsOpaque_) Fill(target, area, state_.backColor);
+    if (backdrop != nullptr)
+        backdropIsOpaque_ ? backdrop->CopyTo(target) : backdrop->BlendTo(target);
     for (const LineControl* line : lines_)
         line->Draw(target, dpi_);
 }
@@ -285,6 +308,7 @@ const Canvas* Window::DrawnBackdrop() {
     const Backdrop& wanted = state_.backdrop;
     if (wanted.picture == nullptr || wanted.picture->Empty()) return nullptr;
     if (scaledBackdrop_.Empty()) {
+        backdropIsOpaque_ = wanted.picture->Opaque();
         scaledBackdrop_ =
             base::Resample(*wanted.picture, base::TwipsToPixels(wanted.designSize.width, dpi_),
                            base::TwipsToPixels(wanted.designSize.height, dpi_));
@@ -386,7 +410,9 @@ void Window::Show() {
 
 void Window::ShowInactive() {
     NoteProgramActed();
-    ShowWindow(hwnd_, SW_SHOWNOACTIVATE);
+    // Where it was in the order: the active window stays above it.
+    SetWindowPos(hwnd_, nullptr, 0, 0, 0, 0,
+                 SWP_SHOWWINDOW | SWP_NOACTIVATE | SWP_NOZORDER | SWP_NOMOVE | SWP_NOSIZE);
 }
 
 void Window::ShowOnTop() {

@@ -41,7 +41,10 @@ public:
     // What lies behind the controls, in the window's coordinates: colour, backdrop and lines.
     void DrawFace(HDC target);
     void FaceChanged();
-    void Resized();
+
+    // Of this window; while another one is active, the control that gets the focus again with it.
+    HWND Focus() const;
+    void SetFocusTo(HWND control);
 
     void Retire() override;
     void Show() override;
@@ -57,7 +60,7 @@ public:
     void SetPointer(Pointer pointer) override;
     void SetBackdrop(const Backdrop& backdrop) override;
     void Drag(HitCode code) override;
-    void PopUp(Menu& menu) override;
+    void PopUp(Menu& menu, const base::Point* at) override;
     base::NativeWindow Handle() const override { return hwnd_; }
 
 private:
@@ -73,6 +76,7 @@ private:
     void RememberFocus(bool active);
     void ChangeDpi(int dpi, const RECT& suggested);
     void Paint();
+    void Resized();
     const Canvas* DrawnBackdrop();
     LRESULT DefaultButton() const;
 
@@ -81,11 +85,13 @@ private:
     HWND hwnd_ = nullptr;
     int dpi_ = base::kDesignDpi;
     HWND focus_ = nullptr;  // the control that had the focus last
+    bool active_ = false;
     bool deactivating_ = false;
     HWND toolTips_ = nullptr;
     std::vector<ControlWindow*> controls_;
     std::vector<LineControl*> lines_;
-    base::Bitmap scaledBackdrop_;       // at its design size and this resolution
+    base::Bitmap scaledBackdrop_;  // at its design size and this resolution
+    bool backdropIsOpaque_ = true;
     std::unique_ptr<Canvas> backdrop_;  // at the window's size; null until it is drawn
 };
 

@@ -58,6 +58,19 @@ void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y
     RunMessages();
 }
 
+void RightClickOn(forms::Control& control, base::Twips x, base::Twips y) {
+    PressOn(control, base::kRightButton, x, y);
+    ReleaseOn(control, base::kRightButton, x, y);
+}
+
+void DropFiles(forms::Form& form, const std::vector<std::string>& paths) {
+    PeerOf(form).events->OnFilesDropped(paths);
+}
+
+void DropFiles(forms::Control& control, const std::vector<std::string>& paths) {
+    PeerOf(control).events->OnFilesDropped(paths);
+}
+
 void MovePointerOff(forms::Control& control) {
     PeerOf(control).events->OnMouseLeave();
 }

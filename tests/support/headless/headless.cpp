@@ -53,16 +53,14 @@ void ActivateAnother(const Window& gone) {
     MakeActive(next);
 }
 
+class Timer;
+std::vector<Timer*> timers;
+
 class Timer final : public forms::TimerPeer {
 public:
-    explicit Timer(std::function<void()> tick) : tick_(std::move(tick)) { All().push_back(this); }
-    ~Timer() override { std::erase(All(), this); }
+    explicit Timer(std::function<void()> tick) : tick_(std::move(tick)) { timers.push_back(this); }
+    ~Timer() override { std::erase(timers, this); }
     void Tick() const { tick_(); }
-
-    static std::vector<Timer*>& All() {
-        static std::vector<Timer*> timers;
-        return timers;
-    }
 
 private:
     std::function<void()> tick_;
@@ -100,7 +98,7 @@ void RunPostedTasks() {
 }
 
 void TickTimers() {
-    const std::vector<Timer*> all = Timer::All();
+    const std::vector<Timer*> all = timers;
     for (const Timer* timer : all)
         timer->Tick();
 }
@@ -169,7 +167,7 @@ void Window::Drag(forms::HitCode code) {
     if (drag) Move(drag(code));
 }
 
-void Window::PopUp(forms::Menu& menu) {
+void Window::PopUp(forms::Menu& menu, const base::Point*) {
     const std::string choice = std::exchange(nextMenuChoice, {});
     for (forms::MenuItem* item : menu.Items()) {
         if (item->Name() == choice) item->Click();

@@ -30,7 +30,7 @@ public:
     void SetPointer(forms::Pointer shape) override { pointer = shape; }
     void SetBackdrop(const forms::Backdrop& shown) override { backdrop = shown; }
     void Drag(forms::HitCode code) override;
-    void PopUp(forms::Menu& menu) override;
+    void PopUp(forms::Menu& menu, const base::Point* at) override;
     // Not a window of the platform, but as good for telling windows apart.
     base::NativeWindow Handle() const override { return const_cast<Window*>(this); }
 
@@ -46,7 +46,7 @@ public:
     std::string nextMenuChoice;
 };
 
-class Control final : public forms::ControlPeer {
+class Control final : public forms::ControlPeer, public forms::ListPeer {
 public:
     Control(const forms::ControlState& state, forms::ControlEvents& events, Window& window);
     ~Control() override;
@@ -55,6 +55,15 @@ public:
     void SetFocus() override;
     bool HasFocus() const override { return window.focus == this; }
     void Retire() override { events = nullptr; }
+    forms::ListPeer* AsList() override {
+        return state.kind == forms::ControlKind::ListBox ? this : nullptr;
+    }
+    std::vector<int> SelectedLines() const override { return selected; }
+    int FocusedLine() const override { return focusedLine; }
+    void SelectLines(std::span<const int> lines) override {
+        selected.assign(lines.begin(), lines.end());
+    }
+    void FocusLine(int line) override { focusedLine = line; }
 
     forms::ControlEvents* events;
     Window& window;
@@ -62,6 +71,8 @@ public:
     // What was shown last.
     std::string text;
     bool visible = false;
+    std::vector<int> selected;
+    int focusedLine = -1;
 };
 
 // The window that is active; null while another program is.

@@ -12,6 +12,7 @@
 #include "forms/win32/message_loop.h"
 #include "forms/win32/screen.h"
 #include "forms/win32/winapi/text.h"
+#include "win32/file_data.h"
 #include "window_driver.h"
 
 namespace nqp::test {
@@ -196,6 +197,19 @@ void ReleaseOn(forms::Control& control, int button, base::Twips x, base::Twips y
     const UINT message = button == base::kRightButton ? WM_RBUTTONUP : WM_LBUTTONUP;
     SendMessageW(HandleOf(control), message, 0, PositionIn(control.Parent(), x, y));
     RunMessages();
+}
+
+void RightClickOn(forms::Control& control, base::Twips x, base::Twips y) {
+    PostMessageW(HandleOf(control), WM_RBUTTONUP, 0, PositionIn(control.Parent(), x, y));
+    PressOn(control, base::kRightButton, x, y);
+}
+
+void DropFiles(forms::Form& form, const std::vector<std::string>& paths) {
+    if (!DropOnto(HandleOf(form), paths)) throw std::logic_error("the window takes no files");
+}
+
+void DropFiles(forms::Control& control, const std::vector<std::string>& paths) {
+    if (!DropOnto(HandleOf(control), paths)) throw std::logic_error("the control takes no files");
 }
 
 void MovePointerOff(forms::Control& control) {

@@ -9,6 +9,16 @@ RECT PixelsOf(const base::Rect& twips, int dpi) {
             base::TwipsToPixels(twips.right(), dpi), base::TwipsToPixels(twips.bottom(), dpi)};
 }
 
+int HeightOf(const GdiObject& font) {
+    const HDC context = CreateCompatibleDC(nullptr);
+    const HGDIOBJ previous = SelectObject(context, font.get());
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(context, &metrics);
+    SelectObject(context, previous);
+    DeleteDC(context);
+    return static_cast<int>(metrics.tmHeight);
+}
+
 GdiObject MessageFont(int dpi, bool bold, float scale) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;

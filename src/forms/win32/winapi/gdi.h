@@ -20,6 +20,9 @@ using GdiObject = std::unique_ptr<std::remove_pointer_t<HGDIOBJ>, GdiDeleter>;
 // Every edge on its nearest pixel.
 RECT PixelsOf(const base::Rect& twips, int dpi);
 
+// Of a line of text, pixels.
+int HeightOf(const GdiObject& font);
+
 // The system's message font at a resolution.
 GdiObject MessageFont(int dpi, bool bold, float scale);
 
