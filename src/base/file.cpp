@@ -34,15 +34,20 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
-std::vector<char> ReadFile(const std::filesystem::path& path) {
+std::vector<char> ReadFile(const std::filesystem::path& path, std::size_t from) {
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
     std::ifstream file(path, std::ios::binary);
-    if (error || !file) return {};
-    std::vector<char> bytes(static_cast<std::size_t>(size));
+    if (error || !file || size <= from) return {};
+    file.seekg(static_cast<std::streamoff>(from));
+    std::vector<char> bytes(static_cast<std::size_t>(size) - from);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
     return bytes;
+}
+
+bool CanRead(const std::filesystem::path& path) {
+    return !IsFile(path) || std::ifstream(path, std::ios::binary).good();
 }
 
 bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes) {

@@ -12,8 +12,10 @@ namespace nqp::base {
 std::filesystem::path PathFromUtf8(std::string_view text);
 std::string Utf8FromPath(const std::filesystem::path& path);
 
-// The bytes of a file; none when it is missing or cannot be read.
-std::vector<char> ReadFile(const std::filesystem::path& path);
+// The bytes of a file, from this one on; none when it is missing or cannot be read.
+std::vector<char> ReadFile(const std::filesystem::path& path, std::size_t from = 0);
+// False for a file that is there and cannot be opened, because another program holds it say.
+bool CanRead(const std::filesystem::path& path);
 
 // Puts a file with these bytes in the place of the old one in a single step: at every moment the
 // path names the complete old file or the complete new one. Where the system does not let another

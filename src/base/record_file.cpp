@@ -58,7 +58,24 @@ void RecordFile::Reserve(int records) {
     bytes_.reserve(OffsetOf(records + 1));
 }
 
-bool RecordFile::Commit() const {
+RecordFile RecordFile::Anew(std::filesystem::path path, std::size_t recordLength) {
+    RecordFile file;
+    file.path_ = std::move(path);
+    file.recordLength_ = recordLength;
+    file.anew_ = true;
+    return file;
+}
+
+void RecordFile::AddOldRecordsBehind() {
+    const std::size_t records = (bytes_.size() + recordLength_ - 1) / recordLength_;
+    const std::vector<char> behind = ReadFile(path_, records * recordLength_);
+    if (behind.empty()) return;
+    bytes_.resize(records * recordLength_);
+    bytes_.insert(bytes_.end(), behind.begin(), behind.end());
+}
+
+bool RecordFile::Commit() {
+    if (std::exchange(anew_, false)) AddOldRecordsBehind();
     return PutFileInPlace(path_, bytes_);
 }
 

@@ -18,6 +18,9 @@ namespace nqp::base {
 class RecordFile {
 public:
     RecordFile(std::filesystem::path path, std::size_t recordLength);
+    // The file as it is to become, without a record yet: its old records are not read, and Commit
+    // keeps those behind the last one that is written. Makes no file before that.
+    static RecordFile Anew(std::filesystem::path path, std::size_t recordLength);
 
     // True for a file without a single byte.
     bool Empty() const { return bytes_.empty(); }
@@ -35,14 +38,17 @@ public:
     // Of the file in bytes.
     std::size_t Size() const { return bytes_.size(); }
 
-    bool Commit() const;
+    bool Commit();
 
 private:
+    RecordFile() = default;
+    void AddOldRecordsBehind();
     std::size_t OffsetOf(int record) const;
 
     std::filesystem::path path_;
-    std::size_t recordLength_;
+    std::size_t recordLength_ = 0;
     std::vector<char> bytes_;
+    bool anew_ = false;
 };
 
 }  // namespace nqp::base

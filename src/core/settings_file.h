@@ -91,7 +91,7 @@ public:
     void SetRemotePosition(base::Twips left, base::Twips top);
 
     // Puts what was set into the file, all of it or nothing.
-    bool Commit() const { return records_.Commit(); }
+    bool Commit() { return records_.Commit(); }
 
 private:
     std::optional<std::int32_t> Number(SettingsRecord record) const;

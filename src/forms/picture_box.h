@@ -13,6 +13,7 @@ public:
         : Control(form, ControlKind::PictureBox, name, id, bounds) {
         state_.role = role;
         state_.text = text;
+        state_.align = Align::Center;
     }
 
     const Picture& ShownPicture() const { return state_.picture; }

@@ -55,7 +55,7 @@ PlaylistStore LoadPlaylist(const std::filesystem::path& programFolder) {
 }
 
 bool SavePlaylist(const std::filesystem::path& programFolder, const PlaylistStore& store) {
-    base::RecordFile file(programFolder / kPlaylistFileName, kPlaylistRecordBytes);
+    auto file = base::RecordFile::Anew(programFolder / kPlaylistFileName, kPlaylistRecordBytes);
     const std::int32_t count = CountFitting(store);
     file.Reserve(PathRecord(count));
     file.Write(kItemCountRecord, std::to_string(count));

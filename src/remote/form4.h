@@ -253,6 +253,7 @@ private:
     core::VideoWindow& Form1_;
     playlist::PlaylistStore playlist_;
     PlaylistLines playlist_lines_{playlist_};
+    bool playlist_readable_ = true;
     std::optional<std::int32_t> current_item_;  // the position that was started last, from 1
     core::SharedSettings settings_;
     Transport transport_;

@@ -36,12 +36,15 @@ void Form4::Form_MouseDown(const base::MouseEvent&) {
 // By as far as the remote was dragged.
 void Form4::MoveVideoAlong() {
     const base::Point video = Form1_.VideoPosition();
-    Form1_.MoveVideo({video.x + (Left() - static_cast<base::Twips>(plX)),
-                      video.y + (Top() - static_cast<base::Twips>(plY))});
+    const base::Point target{video.x + (Left() - static_cast<base::Twips>(plX)),
+                             video.y + (Top() - static_cast<base::Twips>(plY))};
+    Form1_.MoveVideo(target);
     const base::Point moved = Form1_.VideoPosition();
     Form1_.mX = base::RoundHalfEven(moved.x);
     Form1_.mY = base::RoundHalfEven(moved.y);
     Form1_.ShowAfterDrag();
+    // A window manager may forget the place of a window that was moved while it was hidden.
+    Form1_.MoveVideo(target);
 }
 
 void Form4::CloseRequested() {

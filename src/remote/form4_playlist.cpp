@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "playlist/chosen_files.h"
 #include "playlist/playlist_file.h"
@@ -15,12 +16,15 @@ constexpr base::Twips kMenuInset = 150;
 }  // namespace
 
 void Form4::load_playlist() {
+    playlist_readable_ = base::CanRead(context_.programFolder / playlist::kPlaylistFileName);
     playlist_ = playlist::LoadPlaylist(context_.programFolder);
     List1.LinesChanged();
     repeat.SetChecked(playlist_.repeat_on);
 }
 
+// A list that another program kept from being read is not replaced by an empty one.
 void Form4::save_playlist() {
+    if (!playlist_readable_ && playlist_.playlist_count() == 0) return;
     playlist::SavePlaylist(context_.programFolder, playlist_);
 }
 

@@ -32,6 +32,7 @@ bool Transport::Stop() {
     engine_.Pause();
     stopped = true;
     ready_to_play = false;
+    loading = false;
     engine_.SetVisible(false);
     engine_.SetCurrentPosition(0);
     return true;

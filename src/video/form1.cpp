@@ -165,6 +165,12 @@ void Form1::HideWindow() {
     Hide();
 }
 
+// A picture that is held still is not drawn by itself when its window comes back.
+void Form1::ShowAfterDrag() {
+    ShowInactive();
+    MediaPlayer1_.SetVisible(MediaPlayer1_.Visible());
+}
+
 void Form1::OpenContextMenu(base::Point inWindow) {
     menu_showing = true;
     Form5_->Load();

@@ -28,7 +28,7 @@ public:
     void ShowWindow() override { Show(); }
     void HideWindow() override;
     void HideForDrag() override { Hide(); }
-    void ShowAfterDrag() override { ShowInactive(); }
+    void ShowAfterDrag() override;
     void UnloadWindow() override { Unload(); }
     base::Point VideoPosition() const override { return {Left(), Top()}; }
     void MoveVideo(base::Point topLeft) override {

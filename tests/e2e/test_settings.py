@@ -6,7 +6,6 @@ import pytest
 from player import REMOTE, SILENT, VIDEO, Player
 from pointer import Pointer
 from screen import Rect
-from waiting import until
 
 GEOMETRY = {1: "1", 23: "1500", 24: "2250", 25: "6000", 26: "4500", 28: "3000", 29: "9000"}
 

@@ -177,7 +177,7 @@ def test_full_screen_while_playing_goes_on(with_picture: Player, screen: Screen)
 def test_coming_from_the_remote_hides_the_picture(desk: Desk, player: Player) -> None:
     player.open()
     player.show_picture()
-    desk.pointer.click(player.client("nqp.Form4").point(0.5, 0.9))
+    desk.pointer.click(player.client("nqp.Form4").point(0.01, 0.1))
     until(lambda: player.foreground() == "nqp.Form4", 5, "the remote is in front")
     desk.pointer.click(player.client().point(0.3, 0.5))
     player.wait_for(visible=0)

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "core/settings_file.h"
+#include "playlist/playlist_file.h"
 #include "temp_folder.h"
 
 namespace nqp::core {
@@ -52,6 +53,45 @@ TEST(KilledSave, LeavesOneWholeGeneration) {
             ASSERT_EQ(file.Text(static_cast<SettingsRecord>(record)), first) << record;
         }
     }
+}
+
+// 5000 items in the file of a longer list: the old list or the new one is found, never a part.
+TEST(KilledSave, OfThePlaylistLeavesTheOldListOrTheNewOne) {
+    constexpr int kOldItems = 7000;
+    constexpr int kNewItems = 5000;
+    const auto listOf = [](int count, const std::string& name) {
+        playlist::PlaylistStore store;
+        for (int item = 0; item < count; ++item)
+            store.Append({name + std::to_string(item), "C:\\" + name + std::to_string(item)});
+        return store;
+    };
+    const test::TempFolder folder;
+    const playlist::PlaylistStore before = listOf(kOldItems, "old");
+    const playlist::PlaylistStore after = listOf(kNewItems, "new");
+    int foundNew = 0;
+    for (int kill = 0; kill < 40; ++kill) {
+        ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), before));
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            playlist::SavePlaylist(folder.Path(), after);
+            _exit(0);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(700 * kill));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+
+        const playlist::PlaylistStore found = playlist::LoadPlaylist(folder.Path());
+        const bool isNew = found.playlist_count() == kNewItems;
+        foundNew += isNew ? 1 : 0;
+        const playlist::PlaylistStore& wanted = isNew ? after : before;
+        ASSERT_EQ(found.playlist_count(), wanted.playlist_count());
+        for (int item = 1; item <= wanted.playlist_count(); ++item) {
+            ASSERT_EQ(found.playlist_names(item), wanted.playlist_names(item));
+            ASSERT_EQ(found.playlist_paths(item), wanted.playlist_paths(item));
+        }
+    }
+    EXPECT_LT(foundNew, 40);  // or no kill came in time
 }
 
 }  // namespace

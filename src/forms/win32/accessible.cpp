@@ -57,6 +57,11 @@ public:
     HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) override {
         const ControlWindow* control = Control();
         if (control == nullptr) return kWindowIsGone;
+        const ListLines* lines = control->State().lines;
+        const bool line = lines != nullptr && child.vt == VT_I4 && child.lVal > 0;
+        if (line && child.lVal <= lines->Count()) {
+            return Answer(std::string(lines->Line(child.lVal - 1)), name);
+        }
         if (!IsSelf(child)) return standard_->get_accName(child, name);
         return Answer(control->State().accessibleName, name);
     }

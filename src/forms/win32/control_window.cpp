@@ -129,7 +129,7 @@ winapi::GdiObject ControlWindow::FittingFont() const {
     const bool oneLine =
         state_.kind == ControlKind::Label || state_.kind == ControlKind::TextBox || state_.flat;
     const int room = static_cast<int>(place_.bottom - place_.top);
-    const int height = winapi::HeightOf(font);
+    const int height = winapi::HeightOf(static_cast<HFONT>(font.get()));
     if (!oneLine || room <= 0 || height <= room) return font;
     const float shrink = static_cast<float>(room) / static_cast<float>(height);
     return winapi::MessageFont(fontDpi_, fontBold_, fontScale_ * shrink);

@@ -32,8 +32,6 @@ public:
 
     // A notification that the control sent to its window.
     virtual void Notify(UINT message, WORD code) = 0;
-    // A notification of a list, with what it answers.
-    virtual LRESULT NotifyOfList(const NMHDR&) { return 0; }
     // A button or a list whose drawing is left to its window.
     virtual void DrawItem(const DRAWITEMSTRUCT&) {}
     // An assistive tool, or a tool outside the program, presses the control.

@@ -61,8 +61,11 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
     switch (message) {
         case WM_MOUSELEAVE:
             watching_ = false;
-            if (Events() != nullptr) Events()->OnMouseLeave();
+            LeaveOrStay();
             return 0;
+        case WM_SHOWWINDOW:
+            watching_ = false;
+            break;
         case WM_CAPTURECHANGED:
             LoseCapture(reinterpret_cast<HWND>(lParam));
             return 0;
@@ -134,11 +137,24 @@ void DrawnControl::WatchForLeave(HWND hwnd) {
     watching_ = TrackMouseEvent(&track) != 0;
 }
 
+// The word of a leave may be so late that the pointer is back.
+void DrawnControl::LeaveOrStay() noexcept {
+    if (PointerIsOver()) {
+        WatchForLeave(Hwnd());
+    } else if (Events() != nullptr) {
+        Events()->OnMouseLeave();
+    }
+}
+
+bool DrawnControl::PointerIsOver() const {
+    POINT pointer{};
+    return GetCursorPos(&pointer) != 0 && WindowFromPoint(pointer) == Hwnd();
+}
+
 // A control that appears under the pointer need not get a move before the pointer leaves it. What
 // it took the place of is hidden by then.
 void DrawnControl::BecameVisible() {
-    POINT pointer{};
-    if (GetCursorPos(&pointer) != 0 && WindowFromPoint(pointer) == Hwnd()) WatchForLeave(Hwnd());
+    if (PointerIsOver()) WatchForLeave(Hwnd());
 }
 
 void DrawnControl::ReleaseAt(HWND hwnd, LPARAM position, const base::MouseEvent& event) noexcept {

@@ -23,6 +23,8 @@ private:
     void ReleaseAt(HWND hwnd, LPARAM position, const base::MouseEvent& event) noexcept;
     void WatchForLeave(HWND hwnd);
     LRESULT WantedKeys(LPARAM message) const;
+    void LeaveOrStay() noexcept;
+    bool PointerIsOver() const;
     void LoseCapture(HWND to) noexcept;
     bool TakesKeys() const;
     void Paint(HWND hwnd);

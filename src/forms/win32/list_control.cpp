@@ -1,5 +1,7 @@
 #include "forms/win32/list_control.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 
 #include "forms/win32/graphics.h"
@@ -11,8 +13,10 @@ namespace nqp::forms::win32 {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
-constexpr UINT kEverything = static_cast<UINT>(-1);
 constexpr base::Twips kTextInset = 60;
+constexpr base::Twips kLineSpace = 15;  // above and below the text
+// Bytes of one character.
+constexpr std::size_t kLongestLetter = 4;
 // The longest lines are measured to find the widest one; letters differ in width, so some of them.
 constexpr std::size_t kMeasuredLines = 32;
 
@@ -20,39 +24,67 @@ constexpr std::size_t kMeasuredLines = 32;
 
 ListControl::ListControl(const ControlState& state, ControlEvents& events, Window& window)
     : ControlWindow(state, events, window) {
-    Create(WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_OWNERDATA |
-                             LVS_OWNERDRAWFIXED | LVS_SHOWSELALWAYS);
-    ListView_SetExtendedListViewStyle(Hwnd(), LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-    LVCOLUMNW column{};
-    column.mask = LVCF_WIDTH;
-    column.cx = 1;
-    SendMessageW(Hwnd(), LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    Create(L"LISTBOX", WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
+                           LBS_EXTENDEDSEL | LBS_OWNERDRAWFIXED | LBS_NODATA);
     SetWindowSubclass(Hwnd(), ListProcedure, kSubclass, 0);
-    UpdateKind();
 }
 
 LRESULT CALLBACK ListControl::ListProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                             UINT_PTR id, DWORD_PTR) noexcept {
     auto* list = static_cast<ListControl*>(ControlWindow::Of(hwnd));
     if (message == WM_NCDESTROY) RemoveWindowSubclass(hwnd, ListProcedure, id);
-    const bool key = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
-    if (key && list != nullptr && list->Events() != nullptr && list->TakesKey(wParam)) {
-        list->Events()->OnKeyDown({static_cast<int>(wParam), winapi::HeldShiftKeys()});
-        return 0;
-    }
     if (message == WM_GETDLGCODE && wParam == VK_RETURN) return DLGC_WANTALLKEYS;
-    if (message == WM_SIZE && list != nullptr) {
-        const LRESULT result = DefSubclassProc(hwnd, message, wParam, lParam);
-        list->FitWidth();
-        return result;
-    }
+    if (list != nullptr && list->HandleInput(message, wParam, lParam)) return 0;
     return DefSubclassProc(hwnd, message, wParam, lParam);
 }
 
-// The keys that mean something to the form; the list goes through its lines with all others.
+// What means something to the form; the list goes through its lines with all other keys.
+bool ListControl::HandleInput(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    if (Events() == nullptr) return false;
+    const bool key = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
+    if (key && TakesKey(wParam)) {
+        Events()->OnKeyDown({static_cast<int>(wParam), winapi::HeldShiftKeys()});
+        return true;
+    }
+    if (message == WM_CHAR && wParam > VK_SPACE) {
+        GoToLineBeginningWith(static_cast<wchar_t>(wParam));
+        return true;
+    }
+    const auto mouse = winapi::ReadMouse(message, wParam, lParam, Dpi());
+    if (mouse && mouse->action == winapi::MouseAction::Up) {
+        const HWND hwnd = Hwnd();
+        DefSubclassProc(hwnd, message, wParam, lParam);
+        if (Events() != nullptr) Events()->OnMouseUp(mouse->event);
+        return true;
+    }
+    return false;
+}
+
 bool ListControl::TakesKey(WPARAM key) const {
     return key == VK_RETURN || key == VK_DELETE || key == VK_APPS ||
            (key == VK_F10 && winapi::HeldShiftKeys() == base::kShiftKey);
+}
+
+void ListControl::Notify(UINT message, WORD code) {
+    if (message == WM_COMMAND && code == LBN_DBLCLK && Events() != nullptr) {
+        Events()->OnDoubleClick();
+    }
+}
+
+// The next one behind the focused line, round the end.
+void ListControl::GoToLineBeginningWith(wchar_t letter) {
+    const int count = Count();
+    const int from = FocusedLine();
+    for (int step = 1; step <= count; ++step) {
+        const int line = (from + step) % count;
+        const std::wstring text = winapi::Utf16(Line(line).substr(0, kLongestLetter));
+        if (text.empty() || CompareStringOrdinal(text.c_str(), 1, &letter, 1, TRUE) != CSTR_EQUAL) {
+            continue;
+        }
+        SelectLines(std::span(&line, 1));
+        FocusLine(line);
+        return;
+    }
 }
 
 int ListControl::Count() const {
@@ -63,52 +95,6 @@ std::string_view ListControl::Line(int index) const {
     if (index < 0 || index >= Count()) return {};
     const std::string_view line = State().lines->Line(index);
     return line.substr(0, line.find('\0'));
-}
-
-LRESULT ListControl::NotifyOfList(const NMHDR& header) {
-    switch (header.code) {
-        case LVN_GETDISPINFOW: {
-            auto& info = const_cast<NMLVDISPINFOW&>(reinterpret_cast<const NMLVDISPINFOW&>(header));
-            if ((info.item.mask & LVIF_TEXT) == 0 || info.item.cchTextMax < 1) return 0;
-            lstrcpynW(info.item.pszText, winapi::Utf16(Line(info.item.iItem)).c_str(),
-                      info.item.cchTextMax);
-            return 0;
-        }
-        case LVN_ODFINDITEMW:
-            return Find(reinterpret_cast<const NMLVFINDITEMW&>(header));
-        case NM_DBLCLK:
-            if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0 && Events() != nullptr) {
-                Events()->OnDoubleClick();
-            }
-            return 0;
-        case NM_RCLICK: {
-            if (Events() == nullptr) return 0;
-            const POINT at = reinterpret_cast<const NMITEMACTIVATE&>(header).ptAction;
-            Events()->OnMouseUp({base::kRightButton, winapi::HeldShiftKeys(),
-                                 base::PixelsToTwips(static_cast<int>(at.x), Dpi()),
-                                 base::PixelsToTwips(static_cast<int>(at.y), Dpi())});
-            return 1;
-        }
-        default:
-            return 0;
-    }
-}
-
-// Typed letters go to the next line that begins with them.
-int ListControl::Find(const NMLVFINDITEMW& search) const {
-    if ((search.lvfi.flags & LVFI_STRING) == 0 || search.lvfi.psz == nullptr) return -1;
-    const std::wstring wanted = search.lvfi.psz;
-    const int count = Count();
-    for (int step = 0; step < count; ++step) {
-        const int index = (search.iStart + step) % count;
-        const std::wstring line = winapi::Utf16(Line(index));
-        if (line.size() >= wanted.size() &&
-            CompareStringOrdinal(line.c_str(), static_cast<int>(wanted.size()), wanted.c_str(),
-                                 static_cast<int>(wanted.size()), TRUE) == CSTR_EQUAL) {
-            return index;
-        }
-    }
-    return -1;
 }
 
 void ListControl::DrawItem(const DRAWITEMSTRUCT& item) {
@@ -132,39 +118,51 @@ void ListControl::DrawItem(const DRAWITEMSTRUCT& item) {
 }
 
 std::vector<int> ListControl::SelectedLines() const {
-    std::vector<int> lines;
-    for (int line = ListView_GetNextItem(Hwnd(), -1, LVNI_SELECTED); line >= 0;
-         line = ListView_GetNextItem(Hwnd(), line, LVNI_SELECTED)) {
-        lines.push_back(line);
-    }
+    const auto count =
+        static_cast<std::size_t>(std::max<LRESULT>(0, SendMessageW(Hwnd(), LB_GETSELCOUNT, 0, 0)));
+    std::vector<int> lines(count);
+    SendMessageW(Hwnd(), LB_GETSELITEMS, count, reinterpret_cast<LPARAM>(lines.data()));
     return lines;
 }
 
 int ListControl::FocusedLine() const {
-    return ListView_GetNextItem(Hwnd(), -1, LVNI_FOCUSED);
+    return static_cast<int>(SendMessageW(Hwnd(), LB_GETCARETINDEX, 0, 0));
 }
 
 void ListControl::SelectLines(std::span<const int> lines) {
-    ListView_SetItemState(Hwnd(), -1, 0, LVIS_SELECTED);
+    SendMessageW(Hwnd(), WM_SETREDRAW, FALSE, 0);
+    const LRESULT top = SendMessageW(Hwnd(), LB_GETTOPINDEX, 0, 0);
+    const int focused = FocusedLine();
+    SendMessageW(Hwnd(), LB_SETSEL, FALSE, -1);
     for (const int line : lines)
-        ListView_SetItemState(Hwnd(), line, LVIS_SELECTED, LVIS_SELECTED);
+        SendMessageW(Hwnd(), LB_SETSEL, TRUE, line);
+    SendMessageW(Hwnd(), LB_SETCARETINDEX, static_cast<WPARAM>(focused), TRUE);
+    SendMessageW(Hwnd(), LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
+    SendMessageW(Hwnd(), WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void ListControl::FocusLine(int line) {
-    ListView_SetItemState(Hwnd(), line, LVIS_FOCUSED, LVIS_FOCUSED);
-    ListView_SetSelectionMark(Hwnd(), line);
-    ListView_EnsureVisible(Hwnd(), line, FALSE);
+    SendMessageW(Hwnd(), LB_SETCARETINDEX, static_cast<WPARAM>(line), FALSE);
+    InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void ListControl::UpdateKind() {
-    ListView_SetBkColor(Hwnd(), State().backColor);
-    ListView_SetTextBkColor(Hwnd(), State().backColor);
-    ListView_SetTextColor(Hwnd(), State().foreColor);
-    shownCount_ = Count();
-    SendMessageW(Hwnd(), LVM_SETITEMCOUNT, static_cast<WPARAM>(shownCount_), LVSICF_NOSCROLL);
-    widthOfLines_ = WidthOfLines();
-    FitWidth();
-    InvalidateRect(Hwnd(), nullptr, FALSE);
+    const int height = winapi::HeightOf(Font()) + 2 * base::TwipsToPixels(kLineSpace, Dpi());
+    SendMessageW(Hwnd(), LB_SETITEMHEIGHT, 0, height);
+    ShowLines();
+    SendMessageW(Hwnd(), LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(WidthOfLines()), 0);
+    InvalidateRect(Hwnd(), nullptr, TRUE);
+}
+
+// Takes the selection away; the lines that are in sight stay there.
+void ListControl::ShowLines() {
+    const LRESULT top = SendMessageW(Hwnd(), LB_GETTOPINDEX, 0, 0);
+    const LRESULT caret = SendMessageW(Hwnd(), LB_GETCARETINDEX, 0, 0);
+    SendMessageW(Hwnd(), LB_SETCOUNT, static_cast<WPARAM>(Count()), 0);
+    SendMessageW(Hwnd(), LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
+    SendMessageW(Hwnd(), LB_SETCARETINDEX, static_cast<WPARAM>(caret), TRUE);
+    SendMessageW(Hwnd(), LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
 }
 
 int ListControl::WidthOfLines() const {
@@ -176,20 +174,10 @@ int ListControl::WidthOfLines() const {
                       longest.end(), std::greater<>());
     int width = 0;
     for (std::size_t index = 0; index < measured; ++index) {
-        const std::wstring text = winapi::Utf16(Line(longest[index].second));
         width =
-            std::max(width, static_cast<int>(SendMessageW(Hwnd(), LVM_GETSTRINGWIDTHW, 0,
-                                                          reinterpret_cast<LPARAM>(text.c_str()))));
+            std::max(width, winapi::WidthOf(Font(), winapi::Utf16(Line(longest[index].second))));
     }
-    return width;
-}
-
-// The column is as wide as the widest line, so that a long one can be scrolled to its end.
-void ListControl::FitWidth() {
-    RECT area{};
-    GetClientRect(Hwnd(), &area);
-    const int text = widthOfLines_ + 2 * base::TwipsToPixels(kTextInset, Dpi());
-    ListView_SetColumnWidth(Hwnd(), 0, std::max(static_cast<int>(area.right), text));
+    return width + 2 * base::TwipsToPixels(kTextInset, Dpi());
 }
 
 }  // namespace nqp::forms::win32

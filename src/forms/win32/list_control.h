@@ -2,19 +2,17 @@
 
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include "forms/win32/control_window.h"
 
 namespace nqp::forms::win32 {
 
-// A list box over the platform's virtual list view: the lines stay with their owner.
+// The platform's list box without lines of its own: it knows how many there are and which are
+// selected, and they are drawn as they come into sight.
 class ListControl final : public ControlWindow, public ListPeer {
 public:
     ListControl(const ControlState& state, ControlEvents& events, Window& window);
 
-    void Notify(UINT, WORD) override {}
-    LRESULT NotifyOfList(const NMHDR& header) override;
+    void Notify(UINT message, WORD code) override;
     void DrawItem(const DRAWITEMSTRUCT& item) override;
 
     ListPeer* AsList() override { return this; }
@@ -26,16 +24,14 @@ public:
 private:
     static LRESULT CALLBACK ListProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR id, DWORD_PTR) noexcept;
+    bool HandleInput(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     bool TakesKey(WPARAM key) const;
+    void GoToLineBeginningWith(wchar_t letter);
     int Count() const;
     std::string_view Line(int index) const;
-    int Find(const NMLVFINDITEMW& search) const;
     int WidthOfLines() const;
-    void FitWidth();
+    void ShowLines();
     void UpdateKind() override;
-
-    int shownCount_ = 0;
-    int widthOfLines_ = 0;  // pixels
 };
 
 }  // namespace nqp::forms::win32

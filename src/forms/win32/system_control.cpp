@@ -150,8 +150,7 @@ private:
 };
 
 void LoadCommonControls() {
-    INITCOMMONCONTROLSEX classes{sizeof classes,
-                                 ICC_STANDARD_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
+    INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_BAR_CLASSES};
     static const BOOL loaded = InitCommonControlsEx(&classes);
     static_cast<void>(loaded);
 }

@@ -150,12 +150,8 @@ LRESULT Window::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
             if (reinterpret_cast<HWND>(wParam) != hwnd || LOWORD(lParam) != HTCLIENT) break;
             SetCursor(CursorOf(state_.pointer));
             return TRUE;
-        case WM_NOTIFY: {
-            const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
-            ControlWindow* control = ControlWindow::Of(header.hwndFrom);
-            return control != nullptr ? control->NotifyOfList(header) : 0;
-        }
         case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
             return ColourOfControl(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));

@@ -9,14 +9,31 @@ RECT PixelsOf(const base::Rect& twips, int dpi) {
             base::TwipsToPixels(twips.right(), dpi), base::TwipsToPixels(twips.bottom(), dpi)};
 }
 
-int HeightOf(const GdiObject& font) {
+namespace {
+
+template <class Measure>
+void WithFont(HFONT font, Measure measure) {
     const HDC context = CreateCompatibleDC(nullptr);
-    const HGDIOBJ previous = SelectObject(context, font.get());
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(context, &metrics);
+    const HGDIOBJ previous = SelectObject(context, font);
+    measure(context);
     SelectObject(context, previous);
     DeleteDC(context);
+}
+
+}  // namespace
+
+int HeightOf(HFONT font) {
+    TEXTMETRICW metrics{};
+    WithFont(font, [&](HDC context) { GetTextMetricsW(context, &metrics); });
     return static_cast<int>(metrics.tmHeight);
+}
+
+int WidthOf(HFONT font, const std::wstring& text) {
+    SIZE size{};
+    WithFont(font, [&](HDC context) {
+        GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
+    });
+    return static_cast<int>(size.cx);
 }
 
 GdiObject MessageFont(int dpi, bool bold, float scale) {

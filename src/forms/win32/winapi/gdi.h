@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "base/geometry.h"
@@ -21,7 +22,8 @@ using GdiObject = std::unique_ptr<std::remove_pointer_t<HGDIOBJ>, GdiDeleter>;
 RECT PixelsOf(const base::Rect& twips, int dpi);
 
 // Of a line of text, pixels.
-int HeightOf(const GdiObject& font);
+int HeightOf(HFONT font);
+int WidthOf(HFONT font, const std::wstring& text);
 
 // The system's message font at a resolution.
 GdiObject MessageFont(int dpi, bool bold, float scale);
