@@ -59,7 +59,7 @@ class ProgramFolder:
         # Links: whoever changes a skin makes a copy of his own first.
         shutil.copytree(SKINS, self.path / "Skins", copy_function=os.link)
         self.set_marker(b"0")
-        (self.path / "playlist.cfg").touch()
+        self.playlist_file.touch()
         self.set_options({})
 
     @property
@@ -68,6 +68,10 @@ class ProgramFolder:
 
     def set_options(self, changes: dict[int, str]) -> None:
         write_records(self.options_file, {**OPTIONS, **changes})
+
+    @property
+    def playlist_file(self) -> pathlib.Path:
+        return self.path / "playlist.cfg"
 
     def option(self, number: int) -> str:
         return read_record(self.options_file, number)
@@ -178,6 +182,20 @@ class Player:
         if chosen is not None:
             self.ctl.ask("settext", dialog, FILE_NAME_FIELD, windows_path(chosen))
         self.ctl.ask("command", dialog, CANCEL_BUTTON if chosen is None else OK_BUTTON)
+        self.wait(FILE_DIALOG, "gone")
+
+    def answer_with_several(self, folder: pathlib.Path, names: list[str]) -> None:
+        """Chooses files of one folder in the system's dialog that is up: first the folder, which
+        empties the field, then the names in quotes."""
+        dialog = self._named(FILE_DIALOG)
+
+        def enter(text: str) -> None:
+            self.ctl.ask("settext", dialog, FILE_NAME_FIELD, text)
+            self.ctl.ask("command", dialog, OK_BUTTON)
+
+        enter(windows_path(folder))
+        equals(lambda: self.ctl.ask("text", dialog, FILE_NAME_FIELD), [[""]], 5, "the field")
+        enter(" ".join(f'"{name}"' for name in names))
         self.wait(FILE_DIALOG, "gone")
 
     def wait_for_rect(self, wanted: Rect, window: str = VIDEO, tolerance: int = 1) -> None:

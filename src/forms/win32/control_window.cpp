@@ -130,7 +130,8 @@ winapi::GdiObject ControlWindow::FittingFont() const {
         state_.kind == ControlKind::Label || state_.kind == ControlKind::TextBox || state_.flat;
     const int room = static_cast<int>(place_.bottom - place_.top);
     const int height = winapi::HeightOf(static_cast<HFONT>(font.get()));
-    if (!oneLine || room <= 0 || height <= room) return font;
+    // A font's height counts more than its letters need.
+    if (!oneLine || room <= 0 || height <= room + room / 4) return font;
     const float shrink = static_cast<float>(room) / static_cast<float>(height);
     return winapi::MessageFont(fontDpi_, fontBold_, fontScale_ * shrink);
 }

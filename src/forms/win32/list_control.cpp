@@ -134,8 +134,13 @@ void ListControl::SelectLines(std::span<const int> lines) {
     const LRESULT top = SendMessageW(Hwnd(), LB_GETTOPINDEX, 0, 0);
     const int focused = FocusedLine();
     SendMessageW(Hwnd(), LB_SETSEL, FALSE, -1);
-    for (const int line : lines)
-        SendMessageW(Hwnd(), LB_SETSEL, TRUE, line);
+    // A range at a time, which unlike a single line does not scroll.
+    for (std::size_t first = 0, last = 0; first < lines.size(); first = last + 1) {
+        last = first;
+        while (last + 1 < lines.size() && lines[last + 1] == lines[last] + 1)
+            ++last;
+        SendMessageW(Hwnd(), LB_SELITEMRANGEEX, static_cast<WPARAM>(lines[first]), lines[last]);
+    }
     SendMessageW(Hwnd(), LB_SETCARETINDEX, static_cast<WPARAM>(focused), TRUE);
     SendMessageW(Hwnd(), LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
     SendMessageW(Hwnd(), WM_SETREDRAW, TRUE, 0);
