@@ -1,7 +1,7 @@
 """The clips that are played. timecode.avi: 640x360, 25 frames a second, ten seconds, a tone of
 1000 Hz; the background has another colour each second, and eight squares along the top show the
-number of the frame in binary, the lowest bit on the left. The plain clips: two seconds of one colour
-and one tone each, so that both tell which of them plays."""
+number of the frame in binary, the lowest bit on the left.
+The plain clips: two seconds of one colour and one tone each, so that both tell which one plays."""
 
 from __future__ import annotations
 

@@ -363,3 +363,21 @@ def test_tab_and_space_press_the_buttons_in_order(player: Player, screen: Screen
     player.wait_for(state=PAUSED)
     pointer.key("shift+Tab", "Return")
     player.wait_for(state=PLAYING)
+
+
+# ---- the notification area's numbers ----
+
+# The icon reports these in the place of the pointer's horizontal position.
+ICON_LEFT_UP, ICON_RIGHT_UP = 514, 517
+
+
+@pytest.mark.parametrize("column", [ICON_LEFT_UP, ICON_RIGHT_UP])
+def test_pointer_on_the_surface_is_not_taken_for_the_icon(remote: Remote, column: int) -> None:
+    """A restore from the icon would hide the picture, and its menu would stand on the screen."""
+    player = remote.player
+    window = player.rect(REMOTE)
+    remote.pointer.move((window.left + column, window.top + 3))
+    remote.settle()
+    assert player.playback().visible == 1
+    listed = [row for row in player.ctl.ask("list") if "#32768" in row]
+    assert not listed, listed

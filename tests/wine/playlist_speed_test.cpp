@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <iostream>
@@ -94,36 +95,42 @@ TEST_F(LongPlaylist, LosesEverySecondLineAtOnce) {
     EXPECT_EQ(remote_.Playlist().playlist_names(kItems / 2), NameOf(kItems - 1));
 }
 
+void WritePlainly(const std::filesystem::path& path, const std::vector<char>& bytes) {
+    std::ofstream file(path, std::ios::binary);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// The best of some rounds, in which saving and plain writing both replace a file that is there.
 TEST_F(LongPlaylist, IsLoadedAndSavedAsQuicklyAsItsBytes) {
+    constexpr int kRounds = 3;
     const TempFolder folder;
     const playlist::PlaylistStore store = LongList();
-    const double saving = Milliseconds(
-        "saving 100,000 items", [&] { ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), store)); });
-    const double savingOver = Milliseconds("saving them over themselves", [&] {
-        ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), store));
-    });
-    playlist::PlaylistStore loaded;
-    const double loading = Milliseconds("loading 100,000 items",
-                                        [&] { loaded = playlist::LoadPlaylist(folder.Path()); });
-    EXPECT_EQ(loaded.playlist_count(), kItems);
-
-    std::vector<char> bytes;
-    const double reading = Milliseconds("reading the same bytes", [&] {
-        std::ifstream file(folder.Path() / "playlist.cfg", std::ios::binary | std::ios::ate);
-        bytes.resize(static_cast<std::size_t>(file.tellg()));
-        file.seekg(0);
-        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    });
-    const double writing = Milliseconds("writing the same bytes", [&] {
-        std::ofstream file(folder.Path() / "plain", std::ios::binary);
-        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    });
+    ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), store));
+    std::vector<char> bytes = base::ReadFile(folder.Path() / "playlist.cfg");
+    WritePlainly(folder.Path() / "plain", bytes);
+    double saving = kMostMilliseconds;
+    double loading = kMostMilliseconds;
+    double reading = kMostMilliseconds;
+    double writing = kMostMilliseconds;
+    for (int round = 0; round < kRounds; ++round) {
+        saving = std::min(saving, Milliseconds("saving 100,000 items", [&] {
+                              ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), store));
+                          }));
+        loading =
+            std::min(loading, Milliseconds("loading 100,000 items", [&] {
+                         EXPECT_EQ(playlist::LoadPlaylist(folder.Path()).playlist_count(), kItems);
+                     }));
+        reading = std::min(reading, Milliseconds("reading the same bytes", [&] {
+                               bytes = base::ReadFile(folder.Path() / "plain");
+                           }));
+        writing = std::min(writing, Milliseconds("writing the same bytes", [&] {
+                               WritePlainly(folder.Path() / "plain", bytes);
+                           }));
+    }
     EXPECT_LT(saving, kMostMilliseconds);
-    EXPECT_LT(savingOver, kMostMilliseconds);
     EXPECT_LT(loading, kMostMilliseconds);
     EXPECT_LT(loading, kMostTimesOfPlain * reading);
     EXPECT_LT(saving, kMostTimesOfPlain * writing);
-    EXPECT_LT(savingOver, kMostTimesOfPlain * writing);
 }
 
 TEST_F(LongPlaylist, IsShownAndScrolledWithoutAWait) {
