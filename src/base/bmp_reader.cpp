@@ -248,7 +248,8 @@ void ReadTrueColourRows(const Layout& layout, Bitmap& bitmap) {
     ReadRows(layout, bitmap, [](Bytes row, std::span<Pixel> pixels) {
         const std::uint8_t* bytes = row.data();
         for (Pixel& pixel : pixels) {
-            pixel = Premultiplied(bytes[2], bytes[1], bytes[0], 255);
+            pixel = kOpaque | static_cast<Pixel>(bytes[2]) << 16U |
+                    static_cast<Pixel>(bytes[1]) << 8U | bytes[0];
             bytes += 3;
         }
     });

@@ -6,21 +6,17 @@
 namespace nqp::base {
 namespace {
 
-bool Write(std::ofstream file, std::span<const char> bytes) {
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+bool Write(std::ofstream file, const FileContent& content) {
+    content(file);
     file.close();
     return !file.fail();
 }
 
-bool WriteWhole(const std::filesystem::path& path, std::span<const char> bytes) {
-    return Write(std::ofstream(path, std::ios::binary | std::ios::trunc), bytes);
-}
-
 // For a file that may be written where no other may take its place: a folder that is read-only, or
 // another program that has the file open. The file does not become shorter.
-bool OverwriteExisting(const std::filesystem::path& path, std::span<const char> bytes) {
+bool OverwriteExisting(const std::filesystem::path& path, const FileContent& content) {
     if (!IsFile(path)) return false;
-    return Write(std::ofstream(path, std::ios::binary | std::ios::in | std::ios::out), bytes);
+    return Write(std::ofstream(path, std::ios::binary | std::ios::in | std::ios::out), content);
 }
 
 }  // namespace
@@ -35,12 +31,12 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
 }
 
 std::vector<char> ReadFile(const std::filesystem::path& path, std::size_t from) {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
-    std::ifstream file(path, std::ios::binary);
-    if (error || !file || size <= from) return {};
-    file.seekg(static_cast<std::streamoff>(from));
-    std::vector<char> bytes(static_cast<std::size_t>(size) - from);
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg();  // negative when the file did not open
+    const auto first = static_cast<std::streamoff>(from);
+    if (size <= first) return {};
+    file.seekg(first);
+    std::vector<char> bytes(static_cast<std::size_t>(size - first));
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
     return bytes;
@@ -50,17 +46,25 @@ bool CanRead(const std::filesystem::path& path) {
     return !IsFile(path) || std::ifstream(path, std::ios::binary).good();
 }
 
-bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes) {
+bool PutFileInPlace(const std::filesystem::path& path, const FileContent& content) {
     std::filesystem::path next = path;
     next += ".new";
+    std::ofstream file(next, std::ios::binary | std::ios::trunc);
+    const bool created = file.is_open();
+    const bool complete = created && Write(std::move(file), content);
     std::error_code error;
-    if (WriteWhole(next, bytes)) {
-        std::filesystem::rename(next, path, error);
-        if (!error) return true;
-    }
+    if (complete) std::filesystem::rename(next, path, error);
+    if (complete && !error) return true;
     std::error_code ignored;
     std::filesystem::remove(next, ignored);
-    return OverwriteExisting(path, bytes);
+    const bool diskIsFull = created && !complete;
+    return !diskIsFull && OverwriteExisting(path, content);
+}
+
+bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes) {
+    return PutFileInPlace(path, [bytes](std::ostream& file) {
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    });
 }
 
 bool IsFile(const std::filesystem::path& path) {

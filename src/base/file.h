@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +23,9 @@ bool CanRead(const std::filesystem::path& path);
 // path names the complete old file or the complete new one. Where the system does not let another
 // file take the place, the old one is written over instead. False when neither was possible.
 bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> bytes);
+// Writes the bytes of a file, each time anew.
+using FileContent = std::function<void(std::ostream&)>;
+bool PutFileInPlace(const std::filesystem::path& path, const FileContent& content);
 
 // True for an existing file that is no folder.
 bool IsFile(const std::filesystem::path& path);

@@ -19,6 +19,31 @@ std::size_t LengthAt(const std::vector<char>& bytes, std::size_t offset) {
     return static_cast<std::size_t>(low) | static_cast<std::size_t>(high) << 8U;
 }
 
+// The record has room for the length and the text.
+void PutRecord(std::string_view text, std::span<char> record) {
+    record[0] = static_cast<char>(text.size() & 0xFFU);
+    record[1] = static_cast<char>(text.size() >> 8U);
+    std::ranges::copy(text, record.begin() + kLengthBytes);
+}
+
+void Write(std::ostream& file, std::span<const char> bytes) {
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// Many at a time, since each call of the system takes as long as copying a few kilobytes.
+void WriteRecords(std::ostream& file, std::size_t recordLength,
+                  std::span<const std::string_view> texts) {
+    constexpr std::size_t kRecordsAtOnce = 500;
+    std::vector<char> block;
+    for (; !texts.empty(); texts = texts.subspan(std::min(texts.size(), kRecordsAtOnce))) {
+        const auto some = texts.first(std::min(texts.size(), kRecordsAtOnce));
+        block.assign(some.size() * recordLength, '\0');
+        for (std::size_t index = 0; index < some.size(); ++index)
+            PutRecord(some[index], std::span(block).subspan(index * recordLength));
+        Write(file, block);
+    }
+}
+
 }  // namespace
 
 RecordFile::RecordFile(std::filesystem::path path, std::size_t recordLength)
@@ -47,36 +72,21 @@ bool RecordFile::Write(int record, std::string_view text) {
     const std::size_t offset = OffsetOf(record);
     const std::size_t end = offset + kLengthBytes + text.size();
     if (bytes_.size() < end) bytes_.resize(end);
-    bytes_[offset] = static_cast<char>(text.size() & 0xFFU);
-    bytes_[offset + 1] = static_cast<char>(text.size() >> 8U);
-    std::copy(text.begin(), text.end(),
-              bytes_.begin() + static_cast<std::ptrdiff_t>(offset + kLengthBytes));
+    PutRecord(text, std::span(bytes_).subspan(offset));
     return true;
 }
 
-void RecordFile::Reserve(int records) {
-    bytes_.reserve(OffsetOf(records + 1));
-}
-
-RecordFile RecordFile::Anew(std::filesystem::path path, std::size_t recordLength) {
-    RecordFile file;
-    file.path_ = std::move(path);
-    file.recordLength_ = recordLength;
-    file.anew_ = true;
-    return file;
-}
-
-void RecordFile::AddOldRecordsBehind() {
-    const std::size_t records = (bytes_.size() + recordLength_ - 1) / recordLength_;
-    const std::vector<char> behind = ReadFile(path_, records * recordLength_);
-    if (behind.empty()) return;
-    bytes_.resize(records * recordLength_);
-    bytes_.insert(bytes_.end(), behind.begin(), behind.end());
-}
-
 bool RecordFile::Commit() {
-    if (std::exchange(anew_, false)) AddOldRecordsBehind();
     return PutFileInPlace(path_, bytes_);
+}
+
+bool ReplaceRecords(const std::filesystem::path& path, std::size_t recordLength,
+                    std::span<const std::string_view> texts) {
+    const std::vector<char> behind = ReadFile(path, texts.size() * recordLength);
+    return PutFileInPlace(path, [&](std::ostream& file) {
+        WriteRecords(file, recordLength, texts);
+        Write(file, behind);
+    });
 }
 
 }  // namespace nqp::base

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,9 +19,6 @@ namespace nqp::base {
 class RecordFile {
 public:
     RecordFile(std::filesystem::path path, std::size_t recordLength);
-    // The file as it is to become, without a record yet: its old records are not read, and Commit
-    // keeps those behind the last one that is written. Makes no file before that.
-    static RecordFile Anew(std::filesystem::path path, std::size_t recordLength);
 
     // True for a file without a single byte.
     bool Empty() const { return bytes_.empty(); }
@@ -33,22 +31,23 @@ public:
     // what it held. False, with nothing changed, when the text does not fit.
     bool Write(int record, std::string_view text);
 
-    // Makes room for so many records in memory.
-    void Reserve(int records);
     // Of the file in bytes.
     std::size_t Size() const { return bytes_.size(); }
 
     bool Commit();
 
 private:
-    RecordFile() = default;
-    void AddOldRecordsBehind();
     std::size_t OffsetOf(int record) const;
 
     std::filesystem::path path_;
-    std::size_t recordLength_ = 0;
+    std::size_t recordLength_;
     std::vector<char> bytes_;
-    bool anew_ = false;
 };
+
+// Puts these texts into the file as its records from 1 on, with zeros behind each, as safely as
+// Commit; records of the old file behind them stay. For many records: holds no copy of the file.
+// Every text fits into a record. False when the file could not be written.
+bool ReplaceRecords(const std::filesystem::path& path, std::size_t recordLength,
+                    std::span<const std::string_view> texts);
 
 }  // namespace nqp::base

@@ -1,5 +1,7 @@
 #include "playlist/playlist_file.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/record_file.h"
@@ -32,13 +34,6 @@ bool Fits(const PlaylistStore& store, std::int32_t item) {
            store.playlist_paths(item).size() <= kLongestText;
 }
 
-std::int32_t CountFitting(const PlaylistStore& store) {
-    std::int32_t count = 0;
-    for (std::int32_t item = 1; item <= store.playlist_count(); ++item)
-        count += Fits(store, item) ? 1 : 0;
-    return count;
-}
-
 }  // namespace
 
 PlaylistStore LoadPlaylist(const std::filesystem::path& programFolder) {
@@ -55,19 +50,16 @@ PlaylistStore LoadPlaylist(const std::filesystem::path& programFolder) {
 }
 
 bool SavePlaylist(const std::filesystem::path& programFolder, const PlaylistStore& store) {
-    auto file = base::RecordFile::Anew(programFolder / kPlaylistFileName, kPlaylistRecordBytes);
-    const std::int32_t count = CountFitting(store);
-    file.Reserve(PathRecord(count));
-    file.Write(kItemCountRecord, std::to_string(count));
-    file.Write(kRepeatRecord, store.repeat_on ? kOn : kOff);
-    std::int32_t written = 0;
+    std::vector<std::string_view> texts(2);
     for (std::int32_t item = 1; item <= store.playlist_count(); ++item) {
         if (!Fits(store, item)) continue;
-        ++written;
-        file.Write(NameRecord(written), store.playlist_names(item));
-        file.Write(PathRecord(written), store.playlist_paths(item));
+        texts.push_back(store.playlist_names(item));
+        texts.push_back(store.playlist_paths(item));
     }
-    return file.Commit();
+    const std::string count = std::to_string(texts.size() / 2 - 1);
+    texts[kItemCountRecord - 1] = count;
+    texts[kRepeatRecord - 1] = store.repeat_on ? kOn : kOff;
+    return base::ReplaceRecords(programFolder / kPlaylistFileName, kPlaylistRecordBytes, texts);
 }
 
 }  // namespace nqp::playlist

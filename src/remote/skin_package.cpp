@@ -21,8 +21,9 @@ SkinPackage::SkinPackage(const std::filesystem::path& programFolder, const std::
 
 forms::Picture SkinPackage::LoadPicture(const std::string& fileName) const {
     const std::filesystem::path path = folder_ / fileName;
-    if (!base::IsFile(path)) return nullptr;
-    auto picture = base::ReadBmp(base::ReadFile(path));
+    const std::vector<char> bytes = base::ReadFile(path);
+    if (bytes.empty() && !base::IsFile(path)) return nullptr;
+    auto picture = base::ReadBmp(bytes);
     if (!picture) throw forms::RunTimeError(fileName + " of the skin is not a readable bitmap.");
     if (picture->Pixels().size() > kMostPixels) {
         throw forms::RunTimeError(fileName + " of the skin is too large.");

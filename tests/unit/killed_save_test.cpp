@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -92,6 +93,36 @@ TEST(KilledSave, OfThePlaylistLeavesTheOldListOrTheNewOne) {
         }
     }
     EXPECT_LT(foundNew, 40);  // or no kill came in time
+}
+
+// Files beyond so many bytes fail like those on a disk that is full.
+void AllowFilesUpTo(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{bytes, bytes};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST(FailedSave, OnAFullDiskLeavesTheOldList) {
+    const test::TempFolder folder;
+    playlist::PlaylistStore before;
+    before.Append({"old", "C:\\old"});
+    ASSERT_TRUE(playlist::SavePlaylist(folder.Path(), before));
+    playlist::PlaylistStore after;
+    for (int item = 0; item < 100; ++item)
+        after.Append({"new", "C:\\new"});
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        AllowFilesUpTo(10'000);
+        _exit(playlist::SavePlaylist(folder.Path(), after) ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    const playlist::PlaylistStore found = playlist::LoadPlaylist(folder.Path());
+    ASSERT_EQ(found.playlist_count(), 1);
+    EXPECT_EQ(found.playlist_paths(1), "C:\\old");
+    EXPECT_FALSE(folder.Has("playlist.cfg.new"));
 }
 
 }  // namespace

@@ -49,13 +49,17 @@ protected:
     void TellValue();
     Window& Parent() const { return window_; }
     ControlEvents* Events() const { return events_; }
+    // Every message of the window once it is made; answers what DefaultAnswer does not.
+    virtual LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    // What the platform's class does with a message.
+    LRESULT DefaultAnswer(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     // Shows what is particular to the kind.
     virtual void UpdateKind() = 0;
     virtual void BecameVisible() {}
 
 private:
-    static LRESULT CALLBACK NamedProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
-                                           UINT_PTR id, DWORD_PTR) noexcept;
+    static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam,
+                                      LPARAM lParam) noexcept;
     void Place();
     void UpdateFont();
     winapi::GdiObject FittingFont() const;
@@ -66,6 +70,7 @@ private:
     ControlEvents* events_;  // null once retired
     Window& window_;
     HWND hwnd_ = nullptr;
+    WNDPROC classProcedure_ = nullptr;
     RECT place_{};
     winapi::GdiObject font_;
     int fontDpi_ = 0;

@@ -37,7 +37,7 @@ DrawnControl::DrawnControl(const ControlState& state, ControlEvents& events, Win
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
     windowClass.style = CS_DBLCLKS;
-    windowClass.lpfnWndProc = Procedure;
+    windowClass.lpfnWndProc = DefWindowProcW;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.lpszClassName = className;
@@ -49,14 +49,8 @@ bool DrawnControl::TakesKeys() const {
     return State().role == Role::Button || State().role == Role::Slider;
 }
 
-LRESULT CALLBACK DrawnControl::Procedure(HWND hwnd, UINT message, WPARAM wParam,
-                                         LPARAM lParam) noexcept {
-    auto* control = static_cast<DrawnControl*>(ControlWindow::Of(hwnd));
-    if (control == nullptr) return DefWindowProcW(hwnd, message, wParam, lParam);
-    return control->Handle(hwnd, message, wParam, lParam);
-}
-
-LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+LRESULT DrawnControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    const HWND hwnd = Hwnd();
     if (HandleMouse(hwnd, message, wParam, lParam)) return 0;
     switch (message) {
         case WM_MOUSELEAVE:
@@ -78,13 +72,11 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
             return 0;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
+            focused_ = message == WM_SETFOCUS;
             InvalidateRect(hwnd, nullptr, FALSE);
             break;
         case WM_SIZE:
-            InvalidateRect(hwnd, nullptr, FALSE);
-            break;
-        case WM_MOVE:
-            // The face behind it is another one now.
+        case WM_MOVE:  // the face behind it is another one now
             InvalidateRect(hwnd, nullptr, FALSE);
             break;
         case WM_ERASEBKGND:
@@ -95,7 +87,7 @@ LRESULT DrawnControl::Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
         default:
             break;
     }
-    return DefWindowProcW(hwnd, message, wParam, lParam);
+    return DefaultAnswer(message, wParam, lParam);
 }
 
 // Without this the keys would move the focus, or press a dialog's default button.
@@ -185,7 +177,7 @@ void DrawnControl::Paint(HWND hwnd) {
             Fill(paint.Target(), paint.Area(), State().backColor);
             DrawCaption(paint.Target(), paint.Area());
         }
-        if (GetFocus() == hwnd) DrawFocusRing(paint.Target(), paint.Area(), Dpi());
+        if (focused_) DrawFocusRing(paint.Target(), paint.Area(), Dpi());
     });
 }
 

@@ -16,9 +16,7 @@ public:
     void Notify(UINT, WORD) override {}
 
 private:
-    static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam,
-                                      LPARAM lParam) noexcept;
-    LRESULT Handle(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept override;
     bool HandleMouse(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     void ReleaseAt(HWND hwnd, LPARAM position, const base::MouseEvent& event) noexcept;
     void WatchForLeave(HWND hwnd);
@@ -39,6 +37,7 @@ private:
     bool opaque_ = false;
     std::optional<base::MouseEvent> held_;  // the press whose release is still to come
     bool watching_ = false;                 // the pointer is over the control
+    bool focused_ = false;
 };
 
 }  // namespace nqp::forms::win32

@@ -1,10 +1,10 @@
 #include "forms/win32/file_drop.h"
 
 #include <ole2.h>
-#include <shellapi.h>
 
 #include <utility>
 
+#include "forms/drop_list.h"
 #include "forms/win32/message_loop.h"
 #include "forms/win32/winapi/com.h"
 #include "forms/win32/winapi/text.h"
@@ -16,19 +16,23 @@ FORMATETC FileList() {
     return {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
 }
 
+DropList ListIn(HGLOBAL memory) {
+    const auto* bytes = static_cast<const char*>(GlobalLock(memory));
+    if (bytes == nullptr) return {};
+    DropList list = ReadDropList({bytes, GlobalSize(memory)});
+    GlobalUnlock(memory);
+    return list;
+}
+
 std::vector<std::string> FilesIn(IDataObject& data) {
     FORMATETC format = FileList();
     STGMEDIUM medium{};
     if (FAILED(data.GetData(&format, &medium))) return {};
-    const auto drop = static_cast<HDROP>(medium.hGlobal);
-    std::vector<std::string> paths;
-    const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
-    for (UINT file = 0; file < count; ++file) {
-        std::wstring path(DragQueryFileW(drop, file, nullptr, 0), L'\0');
-        DragQueryFileW(drop, file, path.data(), static_cast<UINT>(path.size()) + 1);
-        paths.push_back(winapi::Utf8(path));
-    }
+    DropList list = ListIn(medium.hGlobal);
     ReleaseStgMedium(&medium);
+    std::vector<std::string> paths = std::move(list.narrow);
+    for (const std::u16string& path : list.wide)
+        paths.push_back(winapi::Utf8(std::wstring(path.begin(), path.end())));
     return paths;
 }
 

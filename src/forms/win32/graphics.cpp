@@ -4,20 +4,20 @@
 
 namespace nqp::forms::win32 {
 
-Canvas::Canvas(const base::Bitmap& picture)
-    : size_{picture.Width(), picture.Height()}, dc_(CreateCompatibleDC(nullptr)) {
+Canvas::Canvas(SIZE size) : size_(size), dc_(CreateCompatibleDC(nullptr)) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = picture.Width();
-    info.bmiHeader.biHeight = -picture.Height();  // rows from the top
+    info.bmiHeader.biWidth = size.cx;
+    info.bmiHeader.biHeight = -size.cy;  // rows from the top
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
-    void* pixels = nullptr;
-    bitmap_.reset(CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
-    if (pixels != nullptr) {
-        std::memcpy(pixels, picture.Pixels().data(), picture.Pixels().size_bytes());
-    }
+    bitmap_.reset(CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &pixels_, nullptr, 0));
     previous_ = SelectObject(dc_, bitmap_.get());
+}
+
+Canvas::Canvas(const base::Bitmap& picture) : Canvas(SIZE{picture.Width(), picture.Height()}) {
+    if (pixels_ == nullptr) return;
+    std::memcpy(pixels_, picture.Pixels().data(), picture.Pixels().size_bytes());
 }
 
 Canvas::~Canvas() {
@@ -35,21 +35,18 @@ void Canvas::BlendTo(HDC target) const {
 }
 
 BufferedPaint::BufferedPaint(HWND window) : window_(window) {
-    HDC screen = BeginPaint(window_, &paint_);
+    BeginPaint(window_, &paint_);
     GetClientRect(window_, &area_);
     const RECT& part = paint_.rcPaint;
-    target_ = CreateCompatibleDC(screen);
-    bitmap_.reset(CreateCompatibleBitmap(screen, part.right - part.left, part.bottom - part.top));
-    previous_ = SelectObject(target_, bitmap_.get());
-    SetViewportOrgEx(target_, -part.left, -part.top, nullptr);
+    canvas_.emplace(SIZE{part.right - part.left, part.bottom - part.top});
+    SetViewportOrgEx(Target(), -part.left, -part.top, nullptr);
 }
 
 BufferedPaint::~BufferedPaint() {
     const RECT& part = paint_.rcPaint;
-    BitBlt(paint_.hdc, part.left, part.top, part.right - part.left, part.bottom - part.top, target_,
-           part.left, part.top, SRCCOPY);
-    SelectObject(target_, previous_);
-    DeleteDC(target_);
+    BitBlt(paint_.hdc, part.left, part.top, part.right - part.left, part.bottom - part.top,
+           Target(), part.left, part.top, SRCCOPY);
+    canvas_.reset();
     EndPaint(window_, &paint_);
 }
 

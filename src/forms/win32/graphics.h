@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <memory>
+#include <optional>
 #include <type_traits>
 
 #include "base/bitmap.h"
@@ -14,12 +14,15 @@ namespace nqp::forms::win32 {
 // A picture in memory that can be copied or blended onto the screen.
 class Canvas {
 public:
+    explicit Canvas(SIZE size);
     explicit Canvas(const base::Bitmap& picture);
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
     ~Canvas();
 
     SIZE Size() const { return size_; }
+    // To draw into it.
+    HDC Dc() const { return dc_; }
     // With its upper left corner at the origin of the target.
     void CopyTo(HDC target) const;
     void BlendTo(HDC target) const;
@@ -27,6 +30,7 @@ public:
 private:
     SIZE size_;
     HDC dc_;
+    void* pixels_ = nullptr;
     winapi::GdiObject bitmap_;
     HGDIOBJ previous_;
 };
@@ -40,7 +44,7 @@ public:
     BufferedPaint(const BufferedPaint&) = delete;
     BufferedPaint& operator=(const BufferedPaint&) = delete;
 
-    HDC Target() const { return target_; }
+    HDC Target() const { return canvas_->Dc(); }
     // The whole window.
     const RECT& Area() const { return area_; }
 
@@ -48,9 +52,7 @@ private:
     HWND window_;
     PAINTSTRUCT paint_{};
     RECT area_{};
-    HDC target_;
-    winapi::GdiObject bitmap_;
-    HGDIOBJ previous_;
+    std::optional<Canvas> canvas_;  // as large as the part
 };
 
 void Fill(HDC target, const RECT& area, Color color);

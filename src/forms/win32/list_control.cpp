@@ -1,7 +1,5 @@
 #include "forms/win32/list_control.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
 
 #include "forms/win32/graphics.h"
@@ -12,7 +10,6 @@
 namespace nqp::forms::win32 {
 namespace {
 
-constexpr UINT_PTR kSubclass = 1;
 constexpr base::Twips kTextInset = 60;
 constexpr base::Twips kLineSpace = 15;  // above and below the text
 // Bytes of one character.
@@ -26,16 +23,12 @@ ListControl::ListControl(const ControlState& state, ControlEvents& events, Windo
     : ControlWindow(state, events, window) {
     Create(L"LISTBOX", WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
                            LBS_EXTENDEDSEL | LBS_OWNERDRAWFIXED | LBS_NODATA);
-    SetWindowSubclass(Hwnd(), ListProcedure, kSubclass, 0);
 }
 
-LRESULT CALLBACK ListControl::ListProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
-                                            UINT_PTR id, DWORD_PTR) noexcept {
-    auto* list = static_cast<ListControl*>(ControlWindow::Of(hwnd));
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(hwnd, ListProcedure, id);
+LRESULT ListControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_GETDLGCODE && wParam == VK_RETURN) return DLGC_WANTALLKEYS;
-    if (list != nullptr && list->HandleInput(message, wParam, lParam)) return 0;
-    return DefSubclassProc(hwnd, message, wParam, lParam);
+    if (HandleInput(message, wParam, lParam)) return 0;
+    return DefaultAnswer(message, wParam, lParam);
 }
 
 // What means something to the form; the list goes through its lines with all other keys.
@@ -52,8 +45,7 @@ bool ListControl::HandleInput(UINT message, WPARAM wParam, LPARAM lParam) noexce
     }
     const auto mouse = winapi::ReadMouse(message, wParam, lParam, Dpi());
     if (mouse && mouse->action == winapi::MouseAction::Up) {
-        const HWND hwnd = Hwnd();
-        DefSubclassProc(hwnd, message, wParam, lParam);
+        DefaultAnswer(message, wParam, lParam);
         if (Events() != nullptr) Events()->OnMouseUp(mouse->event);
         return true;
     }

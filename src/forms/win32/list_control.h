@@ -22,8 +22,7 @@ public:
     void FocusLine(int line) override;
 
 private:
-    static LRESULT CALLBACK ListProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR id, DWORD_PTR) noexcept;
+    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept override;
     bool HandleInput(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     bool TakesKey(WPARAM key) const;
     void GoToLineBeginningWith(wchar_t letter);

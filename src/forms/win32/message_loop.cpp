@@ -59,6 +59,10 @@ bool IsButtonDown(const MSG& message) {
     }
 }
 
+bool IsOfMouse(const MSG& message) {
+    return message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST;
+}
+
 bool IsKeyDown(const MSG& message) {
     return message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
 }
@@ -82,6 +86,7 @@ void Dispatch(MSG& message) {
     const HWND root = GetAncestor(message.hwnd, GA_ROOT);
     Window* window = Window::Of(root);
     if (window != nullptr && IsKeyDown(message) && window->HandleKey(message.wParam)) return;
+    if (window != nullptr && IsOfMouse(message)) window->ShowToolTips(message);
     const bool dialog = (GetWindowLongPtrW(root, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0;
     // Only a dialog's captions mark access keys; on a face an "&" is part of a title.
     const bool letter = message.message == WM_CHAR || message.message == WM_SYSCHAR;

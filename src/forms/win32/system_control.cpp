@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "forms/win32/control_window.h"
 #include "forms/win32/drawn_control.h"
 #include "forms/win32/graphics.h"
@@ -71,7 +73,6 @@ public:
     ButtonControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
         Create(L"BUTTON", WS_TABSTOP | StyleOf(state));
-        if (state.flat) SetWindowSubclass(Hwnd(), FlatProcedure, kFlatSubclass, 0);
     }
 
     void Notify(UINT message, WORD code) override {
@@ -96,18 +97,16 @@ public:
     }
 
 private:
-    static constexpr UINT_PTR kFlatSubclass = 1;
-
-    // Enter presses it as it presses every other button; the dialog code only knows the platform's.
-    static LRESULT CALLBACK FlatProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR id, DWORD_PTR) noexcept {
-        if (message == WM_GETDLGCODE && wParam == VK_RETURN) return DLGC_BUTTON | DLGC_WANTMESSAGE;
-        if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-            if (ControlWindow* button = Of(hwnd)) button->Press();
+    // Enter presses one that is drawn here as it presses every other button; the dialog code only
+    // knows the platform's.
+    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept override {
+        const bool enter = wParam == VK_RETURN && State().flat;
+        if (enter && message == WM_GETDLGCODE) return DLGC_BUTTON | DLGC_WANTMESSAGE;
+        if (enter && message == WM_KEYDOWN) {
+            Press();
             return 0;
         }
-        if (message == WM_NCDESTROY) RemoveWindowSubclass(hwnd, FlatProcedure, id);
-        return DefSubclassProc(hwnd, message, wParam, lParam);
+        return DefaultAnswer(message, wParam, lParam);
     }
 
     static DWORD StyleOf(const ControlState& state) {
@@ -116,9 +115,13 @@ private:
     }
 
     void UpdateKind() override {
-        SetWindowTextW(Hwnd(), winapi::Utf16(State().text).c_str());
+        if (std::exchange(shownText_, State().text) != State().text) {
+            SetWindowTextW(Hwnd(), winapi::Utf16(shownText_).c_str());
+        }
         if (State().flat) InvalidateRect(Hwnd(), nullptr, FALSE);
     }
+
+    std::string shownText_;
 };
 
 class SliderControl final : public ControlWindow {

@@ -31,6 +31,8 @@ public:
     // True when the form used the key.
     bool HandleKey(WPARAM key);
     void SetToolTip(HWND control, const std::string& text);
+    // The message loop passes on every message of the mouse in this window.
+    void ShowToolTips(MSG message) const;
 
     // Called by the controls as they come and go.
     void Add(ControlWindow& control) { controls_.push_back(&control); }
