@@ -12,6 +12,7 @@ import pytest
 import skins
 from looks import COMPACT, EXPANDED, FIXED_PICTURES, Look
 from player import PLAYING, Player
+from records import Playlist, write_playlist
 from remote import (
     CLOCK,
     EXIT_BUTTON,
@@ -34,6 +35,14 @@ CLIP_TITLE = "A quiet day by the sea"
 LONG_TITLE = "The longest evening of a whole summer by the sea, told from both ends"
 PAUSED_AT = 4
 REMOTE_AT = (60, 340)
+ITEMS = [
+    CLIP_TITLE,
+    "The ferry leaves",
+    "Grandmother's garden, autumn",
+    "Lighthouse in the fog",
+    "Première neige",
+    "Two dogs and a kite",
+]
 AWAY = (1260, 1000)  # from all windows
 
 # What the remote looks like without a skin.
@@ -80,6 +89,8 @@ def test_skin_dresses_the_remote(
 ) -> None:
     player = scaled_player(96 * percent // 100)
     player.folder.set_options(settings(name, percent))
+    items = [(f"{title}.avi", f"C:\\{title}.avi") for title in ITEMS]
+    write_playlist(player.folder.playlist_file, Playlist(items))
     remote, skin = open_as(player, tmp_path, CLIP_TITLE), Skin(name)
 
     def flaws_in_sight() -> list[str]:
