@@ -31,6 +31,7 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
 }
 
 std::vector<char> ReadFile(const std::filesystem::path& path, std::size_t from) {
+    if (!IsFile(path)) return {};  // a folder may open like an endless file
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     const std::streamoff size = file.tellg();  // negative when the file did not open
     const auto first = static_cast<std::streamoff>(from);
