@@ -6,9 +6,13 @@
 #include "core/main_app.h"
 #include "forms/run_time_error.h"
 #include "forms/win32/message_loop.h"
+#include "options/form2.h"
+#include "options/form8.h"
 #include "platform/engine/media_engine.h"
+#include "platform/file_association.h"
 #include "platform/notification_icon.h"
 #include "platform/process.h"
+#include "platform/system_clock.h"
 #include "platform/system_dialogs.h"
 #include "platform/system_shell.h"
 #include "remote/form4.h"
@@ -30,11 +34,15 @@ public:
         : engine_(platform::CreateMediaEngine()),
           form1_(*engine_),
           form6_(*engine_),
+          form8_({platform::ProgramFolder(), platform::ProgramName()}, associations_),
+          form2_({platform::ProgramFolder(), form1_, dialogs_, form8_}),
           form4_({platform::ProgramFolder(), commandLine, form1_, form1_.med, dialogs_, tray_,
-                  shell_}) {
+                  shell_, form2_, associations_, clock_, platform::ProgramName()}) {
         form1_.Connect(form4_, form5_);
         form5_.Connect(form1_, form1_, form4_, form6_);
         form6_.SetOpener(form1_);
+        form2_.Connect(form4_);
+        form2_.SetOpener(form4_);
     }
 
     ~Program() {
@@ -61,9 +69,13 @@ private:
     platform::SystemFileDialogs dialogs_;
     platform::NotificationIcon tray_;
     platform::SystemShell shell_;
+    platform::SystemFileAssociations associations_;
+    platform::SystemClock clock_;
     video::Form1 form1_;
     video::Form6 form6_;
     video::Form5 form5_;
+    options::Form8 form8_;
+    options::Form2 form2_;
     remote::Form4 form4_;
 };
 

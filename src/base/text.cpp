@@ -67,6 +67,13 @@ std::string TitleOf(std::string_view fileName) {
     return std::string(fileName.substr(0, fileName.find('.')));
 }
 
+std::string WithDoubledAmpersands(std::string_view text) {
+    std::string doubled;
+    for (const char letter : text)
+        doubled.append(letter == '&' ? 2 : 1, letter);
+    return doubled;
+}
+
 std::string WithoutQuotes(std::string_view text) {
     const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"' &&
                         text.find('"', 1) == text.size() - 1;

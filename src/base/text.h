@@ -26,6 +26,9 @@ std::string TitleOf(std::string_view fileName);
 // The part before the first NUL character; the whole text when there is none.
 std::string UpToNul(std::string_view text);
 
+// For texts in which a single "&" marks an access key.
+std::string WithDoubledAmpersands(std::string_view text);
+
 // Removes one pair of double quotes around the whole text; a path cannot contain them.
 std::string WithoutQuotes(std::string_view text);
 

@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+#include "base/file.h"
+
 namespace nqp::core {
 
 void DeleteFlagFile(const std::filesystem::path& programFolder) {
@@ -9,6 +11,10 @@ void DeleteFlagFile(const std::filesystem::path& programFolder) {
     flag += "/flag.txt";
     std::error_code ignored;
     std::filesystem::remove(flag, ignored);
+}
+
+std::string ProgramCommand(const std::filesystem::path& programFolder, const std::string& name) {
+    return base::Utf8FromPath(programFolder) + "\\" + name + ".exe";
 }
 
 }  // namespace nqp::core

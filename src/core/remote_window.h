@@ -26,6 +26,9 @@ public:
     virtual void Picture10_Click() = 0;  // options
     virtual void Picture11_Click() = 0;  // open a media file
     virtual void next_playlist_item() = 0;
+    // Dresses the remote anew. Throws forms::RunTimeError at a file of the skin it cannot use; what
+    // came before it stays.
+    virtual void goskin() = 0;
 
     virtual void ShowRemote() = 0;
     virtual void ShowRemoteOnTop() = 0;

@@ -28,6 +28,8 @@ public:
     virtual void ShowAfterDrag() = 0;
     virtual void UnloadWindow() = 0;
     virtual base::Point VideoPosition() const = 0;
+    // Of the window, twips of the screen.
+    virtual base::Rect VideoBounds() const = 0;
     virtual void MoveVideo(base::Point topLeft) = 0;
     // Goes to the remembered place and size.
     virtual void PlaceWindow() = 0;

@@ -100,6 +100,9 @@ public:
     // handler may unload the window whose event it handles.
     virtual void Retire() = 0;
     virtual void Show() = 0;  // and makes it the active window
+    // Shows it, calls back, and returns when it is retired or the program ends. The other windows
+    // of the program take no input meanwhile.
+    virtual void ShowModal(const std::function<void()>& shown) = 0;
     virtual void ShowInactive() = 0;
     virtual void ShowOnTop() = 0;  // topmost, without becoming active
     virtual void Hide() = 0;

@@ -39,7 +39,23 @@ void Control::Move(const base::Rect& bounds) {
 }
 
 void Control::SetVisible(bool visible) {
-    state_.visible = visible;
+    shown_ = visible;
+    ShowOrHide();
+}
+
+void Control::ShowOrHide() {
+    state_.visible = shown_ && (frame_ == nullptr || frame_->Visible());
+    Update();
+    VisibilityChanged();
+}
+
+void Control::PutOnto(Control& control) {
+    control.frame_ = this;
+    control.ShowOrHide();
+}
+
+void Control::SetTabStop(bool stop) {
+    state_.tabStop = stop;
     Update();
 }
 
@@ -104,7 +120,8 @@ void Control::OnMouseLeave() noexcept {
 
 void Control::OnKeyDown(const base::KeyEvent& key) noexcept {
     const bool presses = key.KeyCode == base::kKeyEnter || key.KeyCode == base::kKeySpace;
-    if (presses && state_.role == Role::Button) {
+    const bool button = state_.role == Role::Button || state_.role == Role::PageHeader;
+    if (presses && button) {
         OnClick();
     } else {
         Guarded(Origin::User, [&] { KeyDown(key); });

@@ -44,6 +44,7 @@ public:
     void SetTop(base::Twips top);
     void Move(const base::Rect& bounds);
 
+    // What lies on a frame that is hidden is not visible.
     bool Visible() const { return state_.visible; }
     void SetVisible(bool visible);
     bool Enabled() const { return state_.enabled; }
@@ -60,6 +61,8 @@ public:
     void SetAccessibleValue(const std::string& value);
     void SetFocus();
     bool HasFocus() const;
+    // Whether Tab stops here.
+    void SetTabStop(bool stop);
     // To be called before the form is loaded.
     void TakeFiles() { state_.takesFiles = true; }
 
@@ -73,10 +76,17 @@ protected:
     // Null while the form is not loaded.
     ControlPeer* PeerOnScreen() const { return peer_.get(); }
 
+    // Whether another control is in sight depends on this one from now on.
+    void PutOnto(Control& control);
+    void ShowWithThis(Control& control) { control.ShowOrHide(); }
+
     ControlState state_;
 
 private:
     friend class Form;
+
+    void ShowOrHide();
+    virtual void VisibilityChanged() {}
 
     void OnClick() noexcept override;
     void OnDoubleClick() noexcept override;
@@ -94,6 +104,8 @@ private:
     virtual void RaiseChange() {}
 
     Form& form_;
+    const Control* frame_ = nullptr;  // null: directly on the form
+    bool shown_ = true;               // when its frame is
     std::unique_ptr<ControlPeer> peer_;
 };
 

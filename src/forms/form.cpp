@@ -1,5 +1,6 @@
 #include "forms/form.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -92,6 +93,14 @@ void Form::Show() {
     Guarded(Origin::Program, [this] { Form_Activate(); });
 }
 
+void Form::ShowModal() {
+    Load();
+    if (!peer_) return;
+    visible_ = true;
+    // The peer outlives its own loop: what is retired goes when the outermost loop runs again.
+    peer_->ShowModal([this] { Guarded(Origin::Program, [this] { Form_Activate(); }); });
+}
+
 void Form::ShowInactive() {
     Load();
     if (!peer_) return;
@@ -128,6 +137,18 @@ void Form::Move(const base::Rect& bounds) {
     } else {
         state_.bounds = bounds;
     }
+}
+
+void Form::CentreOver(const base::Rect& area) {
+    const base::Point middle{area.left + area.width / 2, area.top + area.height / 2};
+    const base::Rect room = WorkAreaAt(middle);
+    const base::Size size = ExtentOnScreen();
+    const auto within = [](base::Twips wanted, base::Twips first, base::Twips last) {
+        return std::max(first, std::min(wanted, last));
+    };
+    Move({within(middle.x - size.width / 2, room.left, room.right() - size.width),
+          within(middle.y - size.height / 2, room.top, room.bottom() - size.height), Width(),
+          Height()});
 }
 
 void Form::SetTopmost(bool topmost) {

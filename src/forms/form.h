@@ -28,6 +28,10 @@ public:
     void Load();
     // Loads, shows and activates.
     void Show();
+    // Shows the window before the others of the program, which take no input meanwhile, and returns
+    // when it has been unloaded. To be called inside a handler of another window, which may itself
+    // be gone afterwards.
+    void ShowModal();
     // Loads and shows, and leaves the window active that is; ShowOnTop above all others.
     void ShowInactive();
     void ShowOnTop();
@@ -48,6 +52,9 @@ public:
     // A point inside the window, and its whole extent, in twips of the screen.
     base::Point PointOnScreen(const base::Point& inWindow) const;
     base::Size ExtentOnScreen() const;
+
+    // In the middle of an area of the screen, and whole on its monitor.
+    void CentreOver(const base::Rect& area);
 
     // Changes neither place nor size.
     void SetTopmost(bool topmost);

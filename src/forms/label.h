@@ -28,6 +28,18 @@ public:
         state_.indent = indent;
         Update();
     }
+    // "&" marks the key that goes to the control behind the label.
+    void MarkAccessKey() { state_.accessKey = true; }
+    // The text goes on in further lines; it begins at the top then.
+    void Wrap() { state_.wraps = true; }
+    // A label that is pressed to go to a page.
+    void MakePageHeader() { state_.role = Role::PageHeader; }
+    // Whether its page is the one in sight.
+    void SetChosen(bool chosen) {
+        state_.value = chosen ? 1 : 0;
+        state_.tabStop = chosen;
+        Update();
+    }
     // Weight and size relative to the system's message font.
     void SetFont(bool bold, float scale) {
         state_.bold = bold;

@@ -7,6 +7,7 @@ ListPeer* ListBox::Peer() const {
 }
 
 void ListBox::LinesChanged(std::span<const int> selected) {
+    ++state_.linesVersion;
     Update();
     if (ListPeer* peer = Peer()) peer->SelectLines(selected);
 }

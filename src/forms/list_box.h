@@ -16,6 +16,8 @@ public:
     ListBox(Form& form, const std::string& name, int id, const base::Rect& bounds)
         : Control(form, ControlKind::ListBox, name, id, bounds) {}
 
+    // One line at a time can be selected; to be called before the form is loaded.
+    void SelectOne() { state_.multiSelect = false; }
     // The lines outlive the list box.
     void SetLines(const ListLines& lines) { state_.lines = &lines; }
     // The lines are others now, with the selection that is given.

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/bitmap.h"
 #include "base/geometry.h"
@@ -22,11 +23,23 @@ using Picture = std::shared_ptr<const base::Bitmap>;
 
 enum class Pointer { Arrow, FourWaySizing };
 enum class Align { Left, Center, Right };
-enum class ControlKind { Label, Line, PictureBox, TextBox, CommandButton, Slider, ListBox };
+enum class ControlKind {
+    Label,
+    Line,
+    Frame,
+    PictureBox,
+    TextBox,
+    CommandButton,
+    CheckBox,
+    OptionButton,
+    Slider,
+    ListBox,
+    ComboBox,
+};
 
-// What a picture box is to a person who cannot see or point. Buttons and sliders are reached with
-// Tab.
-enum class Role { Image, Button, Slider, Grip };
+// What a picture box or a label is to a person who cannot see or point. Buttons, sliders and the
+// headers of pages are reached with Tab.
+enum class Role { Image, Button, Slider, Grip, PageHeader };
 
 // The lines of a list box, which count from 0. They are asked for as they come into sight.
 class ListLines {
@@ -57,16 +70,24 @@ struct ControlState {
     bool visible = true;
     bool enabled = true;
     bool bold = false;
-    bool isDefault = false;  // a command button that Enter presses
-    bool flat = false;       // a command button that is drawn in the control's own colours
+    bool isDefault = false;    // a command button that Enter presses
+    bool flat = false;         // a command button that is drawn in the control's own colours
+    bool tabStop = true;       // what takes keys is reached with Tab
+    bool accessKey = false;    // "&" in a label marks the key that goes to the control behind it
+    bool wraps = false;        // a label of several lines
+    bool startsGroup = false;  // the first of the option buttons of which one is chosen
     Align align = Align::Left;
     base::Twips indent = 0;  // blank space at both ends of a label's text
     float fontScale = 1.0F;  // of the system's message font
     Color foreColor = Rgb(0, 0, 0);
     Color backColor = Rgb(255, 255, 255);
     const ListLines* lines = nullptr;  // of a list box
+    bool multiSelect = true;           // many of them can be selected
+    std::vector<std::string> items;    // of a combo box
     bool takesFiles = false;           // a person may drop files on it
-    // Slider: whole steps.
+    int linesVersion = 0;              // another one each time the lines change
+    // Slider: whole steps. Check box, option button, header of a page: 1 when it is chosen. Combo
+    // box: the chosen item from 0, -1 for none.
     int minimum = 0;
     int maximum = 100;
     int value = 0;

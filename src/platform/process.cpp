@@ -37,6 +37,10 @@ std::filesystem::path ProgramFolder() {
     return std::filesystem::path(ProgramFile()).parent_path();
 }
 
+std::string ProgramName() {
+    return base::Utf8FromPath(std::filesystem::path(ProgramFile()).stem());
+}
+
 std::string ArgumentText() {
     return winapi::Utf8(core::ArgumentsOf(GetCommandLineW()));
 }

@@ -20,6 +20,8 @@ private:
 
 // The folder of the program file; the settings, the playlist and the skins live in it.
 std::filesystem::path ProgramFolder();
+// Of the program file, without its extension.
+std::string ProgramName();
 
 // The argument string of this process as one text in UTF-8, without the program's own name; quotes
 // and blanks inside are kept.

@@ -76,6 +76,7 @@ Form4::Form4(const RemoteContext& context)
       Line12(*this, "Line12", face::kPositionStart, face::kPositionEnd),
       Line13(*this, "Line13", face::kVolumeTop, face::kVolumeBottom),
       Timer1(*this, "Timer1", 100),
+      Timer2(*this, "Timer2", 50'000),
       context_(context),
       Form1_(context.Form1),
       transport_(context.Form1.MediaPlayer1(), *this),
@@ -215,6 +216,7 @@ void Form4::BindHandlers() {
     Label2.Click.calls<&Form4::Label2_Click>(this);
     Label2.MouseDown.calls<&Form4::Label2_MouseDown>(this);
     Timer1.Timer.calls<&Form4::Timer1_Timer>(this);
+    Timer2.Timer.calls<&Form4::Timer2_Timer>(this);
 }
 
 // The start sequence: playlist, flag file, skin, settings, flags, icon, position, command line. The
@@ -248,7 +250,11 @@ void Form4::OpenFromCommandLine() {
 }
 
 void Form4::ShowTitle(const std::string& path) {
-    title_ = base::TitleOf(base::FileNameOf(path));
+    PutTitle(base::TitleOf(base::FileNameOf(path)));
+}
+
+void Form4::PutTitle(const std::string& title) {
+    title_ = title;
     Label1.SetCaption(title_);
     Label1.SetToolTipText(title_);
 }
@@ -259,6 +265,7 @@ void Form4::ResetFragmentBounds() {
 }
 
 void Form4::Form_Unload() {
+    context_.Form2.Close();
     save_playlist();
     SaveSettingsFile();
     context_.tray.SetTrayIcon(core::TrayMessage::Delete, Handle(), {});

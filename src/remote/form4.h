@@ -8,8 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "core/file_association.h"
 #include "core/file_dialogs.h"
+#include "core/options_dialog.h"
 #include "core/remote_window.h"
+#include "core/schedule.h"
 #include "core/settings_file.h"
 #include "core/shell.h"
 #include "core/tray_icon.h"
@@ -45,11 +48,16 @@ struct RemoteContext {
     core::FileDialogs& dialogs;
     core::TrayIcon& tray;
     core::Shell& shell;
+    core::OptionsDialog& Form2;
+    core::FileAssociationFactory& associations;
+    const core::Clock& clock;
+    std::string programName;  // of the program file, without its extension
 };
 
 // The remote control window: it owns the settings in memory and the transport flags, and its load
 // runs the program's start sequence. Its handlers stand in the file of the thing they serve:
-// form4_buttons, form4_sliders, form4_frame, form4_skin and form4_settings.
+// form4_buttons, form4_sliders, form4_frame, form4_skin, form4_playlist, form4_schedule and
+// form4_settings.
 class Form4 final : public forms::Form, public core::RemoteWindow {
 public:
     explicit Form4(const RemoteContext& context);
@@ -69,7 +77,7 @@ public:
 
     // Dresses the window in the skin that the settings file names. What the skin lacks keeps its
     // look. Throws forms::RunTimeError at a file it cannot use; what came before it stays applied.
-    void goskin();
+    void goskin() override;
 
     // The path of the file that was opened last.
     const std::string& glob_FilePath() const { return file_path_; }
@@ -118,6 +126,7 @@ public:
     forms::Line Line12;  // the position knob is kept on this one
     forms::Line Line13;  // the volume knob's track
     forms::TimerControl Timer1;
+    forms::TimerControl Timer2;
     forms::Menu men{"men", "men"};  // pops up over the playlist
     forms::MenuItem add_files{men, "add_files", "Add file(s) to playlist"};
     forms::MenuItem clear_items{men, "clear_items", "Clear selected item(s)"};
@@ -181,6 +190,7 @@ private:
     void Label2_Click();
     void Label2_MouseDown(const base::MouseEvent& mouse);
     void Timer1_Timer();
+    void Timer2_Timer();
 
     // Grips.
     void Picture17_MouseDown(const base::MouseEvent& mouse);
@@ -209,9 +219,11 @@ private:
     void PlaceWindows(const core::WindowGeometry& geometry);
     void PlaceVideoWindow(const core::WindowGeometry& geometry);
     void ReapplySettingsFile();
+    void RegisterStartWithSystem(const core::SettingsFile& file);
     void SaveSettingsFile();
     void OpenFromCommandLine();
     void ShowTitle(const std::string& path);
+    void PutTitle(const std::string& title);
     void ResetFragmentBounds();
     void RecordPosition();
     void MoveVideoAlong();

@@ -52,7 +52,8 @@ std::optional<std::string> Form4::ChooseMedia() {
 
 void Form4::Picture10_Click() {
     if (!transport_.bPause) Picture9_Click();
-    ReapplySettingsFile();
+    context_.Form2.ShowOnTopModal();
+    if (Loaded()) ReapplySettingsFile();
 }
 
 void Form4::Picture14_Click() {

@@ -1,3 +1,5 @@
+#include "core/command_line.h"
+#include "core/program_folder.h"
 #include "remote/form4.h"
 
 // The settings file, at the load, after the options and at the unload.
@@ -70,6 +72,18 @@ void Form4::ReapplySettingsFile() {
     file.ApplyBehaviour(settings_);
     Form1_.MediaPlayer1().SetAutoStart(settings_.auto_start);
     file.ApplyFragmentsAndSchedule(settings_);
+    RegisterStartWithSystem(file);
+}
+
+void Form4::RegisterStartWithSystem(const core::SettingsFile& file) {
+    const auto association = context_.associations.Create();
+    if (file.Text(core::kStartWithSystem) == "1") {
+        association->RegisterStart(
+            core::ProgramCommand(context_.programFolder, context_.programName) + " " +
+            core::kHiddenSwitch);
+    } else {
+        association->UnRegisterStart();
+    }
 }
 
 // A file that the options were never written to stays empty.

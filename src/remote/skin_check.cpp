@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "base/file.h"
+#include "core/skin_files.h"
 #include "forms/run_time_error.h"
 #include "remote/face.h"
 #include "remote/skin_package.h"
@@ -142,7 +143,7 @@ bool CheckRecord(const SkinColors& colors, int record, Findings& findings) {
         static_cast<void>(colors.Read(static_cast<SkinColor>(record)));
         return true;
     } catch (const forms::RunTimeError&) {
-        findings.push_back("Record " + std::to_string(record) + " of " + kSkinColorsName +
+        findings.push_back("Record " + std::to_string(record) + " of " + core::kSkinColorsName +
                            " is missing or no whole number: the skin stops loading there.");
         return false;
     }
@@ -150,8 +151,8 @@ bool CheckRecord(const SkinColors& colors, int record, Findings& findings) {
 
 void CheckColors(const SkinPackage& skin, Findings& findings) {
     // Reading the colours of a skin that has none would make the file.
-    if (base::ReadFile(skin.Folder() / kSkinColorsName).empty()) {
-        findings.push_back(std::string(kSkinColorsName) +
+    if (base::ReadFile(skin.Folder() / core::kSkinColorsName).empty()) {
+        findings.push_back(std::string(core::kSkinColorsName) +
                            " is missing or empty: the colours stay those of the skin before.");
         return;
     }

@@ -3,13 +3,12 @@
 #include "base/bmp_reader.h"
 #include "base/file.h"
 #include "base/text.h"
+#include "core/skin_files.h"
 #include "forms/run_time_error.h"
 
 namespace nqp::remote {
 namespace {
 
-const std::string kSkinsFolder = "Skins/";  // a name is put behind it as it is
-constexpr std::size_t kColorRecordBytes = 128;
 // More than any screen needs; a small file may claim far more.
 constexpr std::size_t kMostPixels = 4'000'000;
 constexpr std::uint32_t kColorBits = 0x00FFFFFF;
@@ -17,7 +16,7 @@ constexpr std::uint32_t kColorBits = 0x00FFFFFF;
 }  // namespace
 
 SkinPackage::SkinPackage(const std::filesystem::path& programFolder, const std::string& name)
-    : folder_(programFolder / base::PathFromUtf8(kSkinsFolder + name)) {}
+    : folder_(programFolder / base::PathFromUtf8(core::kSkinsFolder + name)) {}
 
 forms::Picture SkinPackage::LoadPicture(const std::string& fileName) const {
     const std::filesystem::path path = folder_ / fileName;
@@ -32,13 +31,13 @@ forms::Picture SkinPackage::LoadPicture(const std::string& fileName) const {
 }
 
 SkinColors::SkinColors(const SkinPackage& skin)
-    : file_(skin.Folder() / kSkinColorsName, kColorRecordBytes) {}
+    : file_(skin.Folder() / core::kSkinColorsName, core::kSkinColorRecordBytes) {}
 
 forms::Color SkinColors::Read(SkinColor record) const {
     const auto number = base::ParseWholeNumber(file_.Read(record));
     if (!number) {
         throw forms::RunTimeError("Record " + std::to_string(record) + " of the skin's " +
-                                  kSkinColorsName + " is not a number.");
+                                  core::kSkinColorsName + " is not a number.");
     }
     return static_cast<std::uint32_t>(*number) & kColorBits;
 }

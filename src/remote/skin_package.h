@@ -24,8 +24,6 @@ private:
     std::filesystem::path folder_;
 };
 
-inline constexpr char kSkinColorsName[] = "nqp_colors.cfg";
-
 // Numbers of the records, in the order they are applied.
 enum SkinColor : int {
     kPositionLineColor = 1,

@@ -31,6 +31,7 @@ public:
     void ShowAfterDrag() override;
     void UnloadWindow() override { Unload(); }
     base::Point VideoPosition() const override { return {Left(), Top()}; }
+    base::Rect VideoBounds() const override { return Bounds(); }
     void MoveVideo(base::Point topLeft) override {
         Move({topLeft.x, topLeft.y, Width(), Height()});
     }

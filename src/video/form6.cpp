@@ -66,9 +66,7 @@ Form6::Form6(core::MediaEngine& engine)
 
 void Form6::CentreOnScreen() {
     const base::Size screen = forms::ScreenSize();
-    const base::Size dialog = ExtentOnScreen();
-    Move({(screen.width - dialog.width) / 2, (screen.height - dialog.height) / 2, Width(),
-          Height()});
+    CentreOver({0, 0, screen.width, screen.height});
 }
 
 void Form6::Form_Load() {

@@ -18,7 +18,7 @@ protected:
     void SetUp() override { player_.Start(); }
     void SetMoveAlso() {
         player_.PutSetting(core::kMoveAlso, "1");
-        player_.form4.Picture10_Click();
+        player_.CancelOptions();
     }
     void PlayClip() {
         player_.engine.Open("clip.avi");

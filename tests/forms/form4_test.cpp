@@ -183,7 +183,7 @@ TEST(Settings, ReadAnewAlsoTakeTheWindowsDown) {
     player.Start();
     player.PutSetting(core::kAlwaysOnTop, "0");
     player.PutSetting(core::kMoveAlso, "1");
-    player.form4.Picture10_Click();
+    player.CancelOptions();
     EXPECT_FALSE(test::Topmost(player.form1));
     EXPECT_FALSE(test::Topmost(player.form4));
     EXPECT_TRUE(player.form4.Settings().move_also);

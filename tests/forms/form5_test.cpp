@@ -99,7 +99,7 @@ TEST_F(Form5Test, SwitchesToFullScreen) {
 
 TEST_F(Form5Test, KeepsTheRemoteAboveTheFullScreenWhenThatIsSet) {
     player_.PutSetting(core::kHideControlInFullscreen, "0");
-    player_.form4.Picture10_Click();
+    player_.CancelOptions();
     player_.form4.HideRemote();
     Choose(kFullScreen);
     EXPECT_TRUE(test::OnScreen(player_.form4));

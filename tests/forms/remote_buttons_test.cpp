@@ -173,9 +173,13 @@ TEST_F(RemoteButtons, HelpOpensTheHelpFileBesideTheProgram) {
 
 TEST_F(RemoteButtons, OptionsPausesWhatPlays) {
     remote_.Picture7_Click();
+    test::OnNextModal([this] {
+        EXPECT_EQ(player_.engine.State(), core::PlayState::Paused);
+        player_.form2.Unload();
+    });
     test::ClickOn(remote_.Picture10);
-    EXPECT_EQ(player_.engine.State(), core::PlayState::Paused);
     EXPECT_TRUE(remote_.Flags().bPause);
+    test::OnNextModal([this] { player_.form2.Unload(); });
     test::ClickOn(remote_.Picture10);  // and does not resume it
     EXPECT_EQ(player_.engine.State(), core::PlayState::Paused);
 }

@@ -23,6 +23,14 @@ const char* KindOf(const forms::Control& control) {
             return "text box";
         case forms::ControlKind::CommandButton:
             return "button";
+        case forms::ControlKind::Frame:
+            return "frame";
+        case forms::ControlKind::CheckBox:
+            return "check box";
+        case forms::ControlKind::OptionButton:
+            return "option button";
+        case forms::ControlKind::ComboBox:
+            return "combo box";
         case forms::ControlKind::Slider:
             return "slider";
         case forms::ControlKind::ListBox:
@@ -32,7 +40,8 @@ const char* KindOf(const forms::Control& control) {
 }
 
 bool IsDrawnOnTheFace(const forms::Control& control) {
-    return control.State().kind == forms::ControlKind::Line;
+    return control.State().kind == forms::ControlKind::Line ||
+           control.State().kind == forms::ControlKind::Frame;
 }
 
 void Describe(const forms::Form& form, const char* purpose, std::ostream& map) {

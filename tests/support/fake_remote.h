@@ -15,6 +15,7 @@ public:
     void Picture9_Click() override {}
     void Picture10_Click() override {}
     void Picture11_Click() override {}
+    void goskin() override {}
     void next_playlist_item() override {}
     void ShowRemote() override {}
     void ShowRemoteOnTop() override {}

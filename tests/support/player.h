@@ -8,6 +8,8 @@
 
 #include "base/file.h"
 #include "core/main_app.h"
+#include "options/form2.h"
+#include "options/form8.h"
 #include "remote/form4.h"
 #include "scripted_engine.h"
 #include "temp_folder.h"
@@ -58,6 +60,23 @@ public:
     std::vector<std::string> opened;
 };
 
+// Keeps what was registered, in the order of the calls.
+class RecordingAssociations final : public core::FileAssociationFactory {
+public:
+    std::unique_ptr<core::FileAssociation> Create() override;
+
+    std::vector<std::string> calls;
+    std::string refused;  // an extension whose registration fails
+    int created = 0;
+};
+
+class SetClock final : public core::Clock {
+public:
+    core::LocalTime Now() const override { return now; }
+
+    core::LocalTime now{.month = 6, .day = 2, .hour = 12, .minute = 34};
+};
+
 // The windows of the program over a scripted engine, in a program folder of their own.
 class Player final : public core::StartWindows {
 public:
@@ -71,6 +90,10 @@ public:
     void Load() override;
     void Show() override;
 
+    // Opens the options from the remote, acts in them, and accepts or cancels.
+    void ChangeOptions(const std::function<void()>& act = {});
+    void CancelOptions();
+
     // One record of "options.cfg", to be written before the start or read after the end.
     void PutSetting(int record, const std::string& text) const;
     std::string Setting(int record) const;
@@ -80,9 +103,13 @@ public:
     ScriptedDialogs dialogs;
     RecordingTray tray;
     RecordingShell shell;
+    RecordingAssociations associations;
+    SetClock clock;
     video::Form1 form1{engine};
     video::Form6 form6{engine};
     video::Form5 form5;
+    options::Form8 form8{{"C:\\My Player", "nqp"}, associations};
+    options::Form2 form2{{folder.Path(), form1, dialogs, form8}};
     remote::Form4 form4;
 
 private:

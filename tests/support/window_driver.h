@@ -4,8 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "forms/combo_box.h"
 #include "forms/control.h"
 #include "forms/form.h"
+#include "forms/list_box.h"
 #include "forms/menu.h"
 #include "forms/slider.h"
 #include "forms/text_box.h"
@@ -32,6 +34,9 @@ void PressKey(forms::Form& form, int keyCode, int shift = 0);
 // The control has the focus.
 void PressKeyIn(forms::Control& control, int keyCode, int shift = 0);
 void TypeInto(forms::TextBox& field, const std::string& text);
+void ChooseItem(forms::ComboBox& combo, int index);
+// A line in sight of a list in which one can be selected.
+void ChooseLine(forms::ListBox& list, int line);
 void LeaveField(forms::TextBox& field);
 void DragSlider(forms::Slider& slider, int value);
 // The close box, or the task bar's "close".
@@ -47,6 +52,10 @@ void ReportFromTrayIcon(forms::Form& form, int messageNumber);
 void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> drag);
 // Chooses an item in the next menu that the form pops up.
 void ChooseInNextMenu(forms::Form& form, const forms::Menu& menu, const forms::MenuItem& item);
+
+// What happens while the next dialog is up; it must end with the dialog's unload. Dialogs may be
+// opened one inside the other: the inner one's action is given before it opens.
+void OnNextModal(std::function<void()> act);
 
 void CancelNextMenu(forms::Form& form);
 

@@ -29,6 +29,8 @@ LONG PlatformRole(Role role) {
             return ROLE_SYSTEM_PUSHBUTTON;
         case Role::Slider:
             return ROLE_SYSTEM_SLIDER;
+        case Role::PageHeader:
+            return ROLE_SYSTEM_PAGETAB;
         case Role::Grip:
             return ROLE_SYSTEM_GRIP;
         default:
@@ -80,7 +82,9 @@ public:
         const HRESULT result = standard_->get_accState(child, state);
         if (FAILED(result) || !IsPicture() || state->vt != VT_I4) return result;
         const Role role = control->State().role;
-        if (role == Role::Button || role == Role::Slider) state->lVal |= STATE_SYSTEM_FOCUSABLE;
+        if (role != Role::Image && role != Role::Grip) state->lVal |= STATE_SYSTEM_FOCUSABLE;
+        const bool chosen = role == Role::PageHeader && control->State().value != 0;
+        if (chosen) state->lVal |= STATE_SYSTEM_SELECTED;
         if (control->HasFocus()) state->lVal |= STATE_SYSTEM_FOCUSED;
         return result;
     }
@@ -169,9 +173,13 @@ private:
     ControlWindow* Control() const { return ControlWindow::Of(window_); }
     bool IsPicture() const {
         const ControlWindow* control = Control();
-        return control != nullptr && control->State().kind == ControlKind::PictureBox;
+        return control != nullptr && (control->State().kind == ControlKind::PictureBox ||
+                                      control->State().role == Role::PageHeader);
     }
-    bool IsButton() const { return IsPicture() && Control()->State().role == Role::Button; }
+    bool IsButton() const {
+        return IsPicture() && (Control()->State().role == Role::Button ||
+                               Control()->State().role == Role::PageHeader);
+    }
 
     HWND window_;
     winapi::ComPtr<IAccessible> standard_;

@@ -45,6 +45,9 @@ ControlWindow* ControlWindow::Of(HWND hwnd) {
 }
 
 void ControlWindow::Create(const wchar_t* className, DWORD style, DWORD extendedStyle) {
+    // In a dialog the arrow keys go round among option buttons, and through nothing else.
+    const bool inGroup = state_.kind == ControlKind::OptionButton && !state_.startsGroup;
+    if (window_.IsDialog() && !inGroup) style |= WS_GROUP;
     hwnd_ = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style,
                             0, 0, 0, 0, window_.Hwnd(),
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(state_.id)),
@@ -75,9 +78,13 @@ void ControlWindow::Update() {
     UpdateAccessibility();
 }
 
+RECT ControlWindow::PlaceOnScreen() const {
+    return winapi::PixelsOf(state_.bounds, Dpi());
+}
+
 // The edges are rounded, not the size, so that neighbours meet at every resolution.
 void ControlWindow::Place() {
-    const RECT place = winapi::PixelsOf(state_.bounds, Dpi());
+    const RECT place = PlaceOnScreen();
     if (EqualRect(&place, &place_) != 0) return;
     place_ = place;
     SetWindowPos(hwnd_, nullptr, place.left, place.top, place.right - place.left,
@@ -140,8 +147,8 @@ void ControlWindow::UpdateFont() {
 // A person may have made the system's texts larger than a line of the face is high.
 winapi::GdiObject ControlWindow::FittingFont() const {
     winapi::GdiObject font = winapi::MessageFont(fontDpi_, fontBold_, fontScale_);
-    const bool oneLine =
-        state_.kind == ControlKind::Label || state_.kind == ControlKind::TextBox || state_.flat;
+    const bool oneLine = (state_.kind == ControlKind::Label && !state_.wraps) ||
+                         state_.kind == ControlKind::TextBox || state_.flat;
     const int room = static_cast<int>(place_.bottom - place_.top);
     const int height = winapi::HeightOf(static_cast<HFONT>(font.get()));
     // A font's height counts more than its letters need.

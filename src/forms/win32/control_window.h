@@ -56,6 +56,8 @@ protected:
     // Shows what is particular to the kind.
     virtual void UpdateKind() = 0;
     virtual void BecameVisible() {}
+    // In pixels of the window.
+    virtual RECT PlaceOnScreen() const;
 
 private:
     static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam,

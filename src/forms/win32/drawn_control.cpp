@@ -42,11 +42,12 @@ DrawnControl::DrawnControl(const ControlState& state, ControlEvents& events, Win
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.lpszClassName = className;
     RegisterClassExW(&windowClass);  // fails, harmlessly, from the second time on
-    Create(className, TakesKeys() ? WS_TABSTOP : 0U);
+    Create(className, 0);
 }
 
 bool DrawnControl::TakesKeys() const {
-    return State().role == Role::Button || State().role == Role::Slider;
+    return State().role == Role::Button || State().role == Role::Slider ||
+           State().role == Role::PageHeader;
 }
 
 LRESULT DrawnControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -65,6 +66,12 @@ LRESULT DrawnControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcep
             return 0;
         case WM_GETDLGCODE:
             return WantedKeys(lParam);
+        case WM_UPDATEUISTATE:
+            InvalidateRect(hwnd, nullptr, FALSE);
+            break;
+        case BM_CLICK:  // the access key
+            Press();
+            return 0;
         case WM_KEYDOWN:
             if (Events() == nullptr || (IsRepeated(lParam) && State().role == Role::Button)) break;
             Events()->OnKeyDown({static_cast<int>(wParam), winapi::HeldShiftKeys()});
@@ -96,7 +103,8 @@ LRESULT DrawnControl::WantedKeys(LPARAM lParam) const {
     const bool pressing = message != nullptr && message->message == WM_KEYDOWN &&
                           (message->wParam == VK_RETURN || message->wParam == VK_SPACE);
     if (State().role == Role::Slider) return DLGC_WANTARROWS;
-    if (State().role == Role::Button) return pressing ? DLGC_WANTMESSAGE : DLGC_BUTTON;
+    if (State().role == Role::PageHeader && !pressing) return DLGC_WANTARROWS | DLGC_BUTTON;
+    if (TakesKeys()) return pressing ? DLGC_WANTMESSAGE : DLGC_BUTTON;
     return DLGC_STATIC;
 }
 
@@ -207,10 +215,17 @@ void DrawnControl::DrawCaption(HDC target, RECT area) {
     const HGDIOBJ previous = SelectObject(target, Font());
     SetBkMode(target, TRANSPARENT);
     SetTextColor(target, State().foreColor);
-    DrawTextW(
-        target, winapi::Utf16(State().text).c_str(), -1, &area,
-        DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS | Alignment(State().align));
+    const UINT lines = State().wraps ? DT_WORDBREAK : DT_SINGLELINE | DT_VCENTER;
+    DrawTextW(target, winapi::Utf16(State().text).c_str(), -1, &area,
+              lines | DT_END_ELLIPSIS | AccessKeyFormat() | Alignment(State().align));
     SelectObject(target, previous);
+}
+
+// The platform underlines access keys for those who use them.
+UINT DrawnControl::AccessKeyFormat() const {
+    if (!State().accessKey) return DT_NOPREFIX;
+    const bool hidden = (SendMessageW(Hwnd(), WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
+    return hidden ? DT_HIDEPREFIX : 0;
 }
 
 // Tools outside the program read a label by its window text.
@@ -219,6 +234,9 @@ void DrawnControl::UpdateKind() {
         shownText_ = State().text;
         SetWindowTextW(Hwnd(), winapi::Utf16(shownText_).c_str());
     }
+    const LONG_PTR style = GetWindowLongPtrW(Hwnd(), GWL_STYLE);
+    const LONG_PTR stop = TakesKeys() && State().tabStop ? LONG_PTR{WS_TABSTOP} : 0;
+    if ((style & WS_TABSTOP) != stop) SetWindowLongPtrW(Hwnd(), GWL_STYLE, style ^ WS_TABSTOP);
     InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 

@@ -28,6 +28,7 @@ private:
     void Paint(HWND hwnd);
     void DrawPicture(HDC target, const RECT& area);
     void DrawCaption(HDC target, RECT area);
+    UINT AccessKeyFormat() const;
     void UpdateKind() override;
     void BecameVisible() override;
 

@@ -21,8 +21,10 @@ constexpr std::size_t kMeasuredLines = 32;
 
 ListControl::ListControl(const ControlState& state, ControlEvents& events, Window& window)
     : ControlWindow(state, events, window) {
-    Create(L"LISTBOX", WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
-                           LBS_EXTENDEDSEL | LBS_OWNERDRAWFIXED | LBS_NODATA);
+    Create(L"LISTBOX",
+           WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
+               LBS_OWNERDRAWFIXED | LBS_NODATA | (state.multiSelect ? LBS_EXTENDEDSEL : 0U),
+           window.IsDialog() ? WS_EX_CLIENTEDGE : 0);
 }
 
 LRESULT ListControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -110,6 +112,10 @@ void ListControl::DrawItem(const DRAWITEMSTRUCT& item) {
 }
 
 std::vector<int> ListControl::SelectedLines() const {
+    if (!State().multiSelect) {
+        const auto line = static_cast<int>(SendMessageW(Hwnd(), LB_GETCURSEL, 0, 0));
+        return line >= 0 ? std::vector{line} : std::vector<int>{};
+    }
     const auto count =
         static_cast<std::size_t>(std::max<LRESULT>(0, SendMessageW(Hwnd(), LB_GETSELCOUNT, 0, 0)));
     std::vector<int> lines(count);
@@ -122,6 +128,11 @@ int ListControl::FocusedLine() const {
 }
 
 void ListControl::SelectLines(std::span<const int> lines) {
+    if (!State().multiSelect) {
+        const WPARAM line = lines.empty() ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(lines[0]);
+        SendMessageW(Hwnd(), LB_SETCURSEL, line, 0);
+        return;
+    }
     SendMessageW(Hwnd(), WM_SETREDRAW, FALSE, 0);
     const LRESULT top = SendMessageW(Hwnd(), LB_GETTOPINDEX, 0, 0);
     const int focused = FocusedLine();
@@ -147,7 +158,8 @@ void ListControl::FocusLine(int line) {
 void ListControl::UpdateKind() {
     const int height = winapi::HeightOf(Font()) + 2 * base::TwipsToPixels(kLineSpace, Dpi());
     SendMessageW(Hwnd(), LB_SETITEMHEIGHT, 0, height);
-    ShowLines();
+    if (shownVersion_ != State().linesVersion) ShowLines();
+    shownVersion_ = State().linesVersion;
     SendMessageW(Hwnd(), LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(WidthOfLines()), 0);
     InvalidateRect(Hwnd(), nullptr, TRUE);
 }

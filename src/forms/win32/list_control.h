@@ -31,6 +31,8 @@ private:
     int WidthOfLines() const;
     void ShowLines();
     void UpdateKind() override;
+
+    int shownVersion_ = -1;  // none yet
 };
 
 }  // namespace nqp::forms::win32

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "forms/win32/control_window.h"
 #include "forms/win32/window.h"
 
 namespace nqp::forms {
@@ -46,6 +47,7 @@ private:
 };
 
 bool person_acted_last = false;
+int modal_loops = 0;
 
 bool IsButtonDown(const MSG& message) {
     switch (message.message) {
@@ -67,6 +69,13 @@ bool IsKeyDown(const MSG& message) {
     return message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
 }
 
+// Its keys choose and close it, and mean nothing to the form.
+bool IsInOpenList(const MSG& message) {
+    const ControlWindow* control = ControlWindow::Of(message.hwnd);
+    return control != nullptr && control->State().kind == ControlKind::ComboBox &&
+           SendMessageW(message.hwnd, CB_GETDROPPEDSTATE, 0, 0) != 0;
+}
+
 }  // namespace
 
 void NotePersonActed() {
@@ -85,7 +94,8 @@ void Dispatch(MSG& message) {
     if (IsKeyDown(message) || IsButtonDown(message)) NotePersonActed();
     const HWND root = GetAncestor(message.hwnd, GA_ROOT);
     Window* window = Window::Of(root);
-    if (window != nullptr && IsKeyDown(message) && window->HandleKey(message.wParam)) return;
+    const bool key = IsKeyDown(message) && !IsInOpenList(message);
+    if (window != nullptr && key && window->HandleKey(message.wParam)) return;
     if (window != nullptr && IsOfMouse(message)) window->ShowToolTips(message);
     const bool dialog = (GetWindowLongPtrW(root, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0;
     // Only a dialog's captions mark access keys; on a face an "&" is part of a title.
@@ -112,6 +122,23 @@ int RunMessageLoop() {
     }
     RunPostedTasks();
     return static_cast<int>(message.wParam);
+}
+
+void RunModalLoop(const std::function<bool()>& ended) {
+    ++modal_loops;
+    MSG message{};
+    while (!ended()) {
+        if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+            PostQuitMessage(static_cast<int>(message.wParam));  // for the loop outside
+            break;
+        }
+        Dispatch(message);
+    }
+    --modal_loops;
+}
+
+int ModalLoops() {
+    return modal_loops;
 }
 
 void QuitMessageLoop(int exitCode) {

@@ -2,8 +2,15 @@
 
 #include <windows.h>
 
+#include <functional>
+
 namespace nqp::forms::win32 {
 
+// Inside a handler: until the condition holds or the program ends. Posted tasks wait for the
+// outermost loop.
+void RunModalLoop(const std::function<bool()>& ended);
+// How many of them run.
+int ModalLoops();
 // Dispatches messages, and runs posted tasks between them, until QuitMessageLoop. Returns the code
 // that was given to it. What was posted by then has run.
 int RunMessageLoop();

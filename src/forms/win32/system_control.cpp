@@ -124,6 +124,78 @@ private:
     std::string shownText_;
 };
 
+// A check box or an option button: the platform marks it, and its form hears of it.
+class MarkControl final : public ControlWindow {
+public:
+    MarkControl(const ControlState& state, ControlEvents& events, Window& window)
+        : ControlWindow(state, events, window) {
+        Create(L"BUTTON", StyleOf(state));
+    }
+
+    void Notify(UINT message, WORD code) override {
+        if (message != WM_COMMAND || code != BN_CLICKED || Events() == nullptr) return;
+        const bool marked = SendMessageW(Hwnd(), BM_GETCHECK, 0, 0) == BST_CHECKED;
+        // An option button that lost its mark hears of it from the one that took it.
+        if (State().kind == ControlKind::OptionButton && !marked) return;
+        Events()->OnValueChanged(marked ? 1 : 0);
+    }
+
+private:
+    static DWORD StyleOf(const ControlState& state) {
+        if (state.kind == ControlKind::CheckBox) return WS_TABSTOP | BS_AUTOCHECKBOX;
+        return BS_AUTORADIOBUTTON | (state.startsGroup ? WS_TABSTOP : 0U);
+    }
+
+    void UpdateKind() override {
+        if (std::exchange(shownText_, State().text) != State().text) {
+            SetWindowTextW(Hwnd(), winapi::Utf16(shownText_).c_str());
+        }
+        SendMessageW(Hwnd(), BM_SETCHECK, State().value != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
+        InvalidateRect(Hwnd(), nullptr, TRUE);
+    }
+
+    std::string shownText_;
+};
+
+class ComboControl final : public ControlWindow {
+public:
+    ComboControl(const ControlState& state, ControlEvents& events, Window& window)
+        : ControlWindow(state, events, window) {
+        Create(L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
+        for (const std::string& item : state.items) {
+            SendMessageW(Hwnd(), CB_ADDSTRING, 0,
+                         reinterpret_cast<LPARAM>(winapi::Utf16(item).c_str()));
+        }
+        UpdateKind();
+    }
+
+    void Notify(UINT message, WORD code) override {
+        if (message != WM_COMMAND || code != CBN_SELCHANGE || Events() == nullptr) return;
+        Events()->OnValueChanged(static_cast<int>(SendMessageW(Hwnd(), CB_GETCURSEL, 0, 0)));
+    }
+
+private:
+    static constexpr int kLinesInSight = 12;
+
+    // The platform counts the open list in.
+    RECT PlaceOnScreen() const override {
+        RECT place = ControlWindow::PlaceOnScreen();
+        place.bottom += kLinesInSight * (place.bottom - place.top);
+        return place;
+    }
+    // The closed part is as high as its one line; the platform adds a frame to it.
+    void UpdateKind() override {
+        const RECT place = ControlWindow::PlaceOnScreen();
+        const int frame = 2 * base::TwipsToPixels(kFrame, Dpi());
+        SendMessageW(Hwnd(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                     place.bottom - place.top - frame);
+        SendMessageW(Hwnd(), CB_SETCURSEL, static_cast<WPARAM>(State().value), 0);
+        InvalidateRect(Hwnd(), nullptr, TRUE);
+    }
+
+    static constexpr base::Twips kFrame = 45;
+};
+
 class SliderControl final : public ControlWindow {
 public:
     SliderControl(const ControlState& state, ControlEvents& events, Window& window)
@@ -170,11 +242,17 @@ std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, Contro
             return std::make_unique<win32::EditControl>(state, events, window);
         case ControlKind::CommandButton:
             return std::make_unique<win32::ButtonControl>(state, events, window);
+        case ControlKind::CheckBox:
+        case ControlKind::OptionButton:
+            return std::make_unique<win32::MarkControl>(state, events, window);
+        case ControlKind::ComboBox:
+            return std::make_unique<win32::ComboControl>(state, events, window);
         case ControlKind::Slider:
             return std::make_unique<win32::SliderControl>(state, events, window);
         case ControlKind::ListBox:
             return std::make_unique<win32::ListControl>(state, events, window);
         case ControlKind::Line:
+        case ControlKind::Frame:
             return std::make_unique<win32::LineControl>(state, window);
         default:
             return std::make_unique<win32::DrawnControl>(state, events, window);

@@ -391,9 +391,18 @@ void Window::ShowToolTips(MSG message) const {
     SendMessageW(toolTips_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&message));
 }
 
+void Window::ShowModal(const std::function<void()>& shown) {
+    modal_.emplace(hwnd_);
+    Show();
+    shown();
+    RunModalLoop([this] { return !modal_; });
+    modal_.reset();
+}
+
 void Window::Retire() {
     NoteProgramActed();
     events_ = nullptr;
+    modal_.reset();  // before this window hides, so that its owner can become active
     // The owner becomes active before this window goes, so that nobody has to look for a successor
     // and finds one after the program has already put another window in front.
     const HWND owner = GetWindow(hwnd_, GW_OWNER);

@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "forms/backend.h"
 #include "forms/win32/graphics.h"
+#include "forms/win32/modal_state.h"
 
 namespace nqp::forms::win32 {
 
@@ -50,6 +52,7 @@ public:
 
     void Retire() override;
     void Show() override;
+    void ShowModal(const std::function<void()>& shown) override;
     void ShowInactive() override;
     void ShowOnTop() override;
     void Hide() override;
@@ -89,6 +92,7 @@ private:
     HWND focus_ = nullptr;  // the control that had the focus last
     bool active_ = false;
     bool deactivating_ = false;
+    std::optional<ModalState> modal_;  // while it is shown modally
     HWND toolTips_ = nullptr;
     std::vector<ControlWindow*> controls_;
     std::vector<LineControl*> lines_;

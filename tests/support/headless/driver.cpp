@@ -19,6 +19,17 @@ headless::Window& PeerOf(const forms::Form& form) {
     return *static_cast<headless::Window*>(form.Handle());
 }
 
+void Press(headless::Control& peer) {
+    switch (peer.state.kind) {
+        case forms::ControlKind::CheckBox:
+            return peer.events->OnValueChanged(1 - peer.state.value);
+        case forms::ControlKind::OptionButton:
+            return peer.events->OnValueChanged(1);
+        default:
+            return peer.events->OnClick();
+    }
+}
+
 }  // namespace
 
 void ClickOn(forms::Control& control) {
@@ -27,7 +38,7 @@ void ClickOn(forms::Control& control) {
     headless::MakeActive(&peer.window, true);
     peer.events->OnMouseDown({.Button = base::kLeftButton});
     if (peer.events != nullptr) peer.events->OnMouseUp({.Button = base::kLeftButton});
-    if (peer.events != nullptr) peer.events->OnClick();
+    if (peer.events != nullptr) Press(peer);
     RunMessages();
 }
 
@@ -93,6 +104,14 @@ void TypeInto(forms::TextBox& field, const std::string& text) {
     PeerOf(field).events->OnTextTyped(text);
 }
 
+void ChooseItem(forms::ComboBox& combo, int index) {
+    PeerOf(combo).events->OnValueChanged(index);
+}
+
+void ChooseLine(forms::ListBox& list, int line) {
+    list.Select(line);
+}
+
 void LeaveField(forms::TextBox& field) {
     PeerOf(field).events->OnFocusLost();
 }
@@ -128,6 +147,10 @@ void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> dra
 
 void ChooseInNextMenu(forms::Form& form, const forms::Menu&, const forms::MenuItem& item) {
     PeerOf(form).nextMenuChoice = item.Name();
+}
+
+void OnNextModal(std::function<void()> act) {
+    headless::OnNextModal(std::move(act));
 }
 
 void CancelNextMenu(forms::Form& form) {

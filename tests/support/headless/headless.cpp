@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <stdexcept>
 #include <utility>
 
 #include "forms/menu.h"
@@ -20,6 +21,8 @@ std::vector<Window*> windows;
 std::vector<Control*> controls;
 Window* active = nullptr;
 std::deque<std::function<void()>> tasks;
+std::deque<std::function<void()>> next_modals;
+int modal_depth = 0;
 
 base::Twips WholePixels(base::Twips twips) {
     return std::round(twips / kPixel) * kPixel;
@@ -58,15 +61,29 @@ std::vector<Timer*> timers;
 
 class Timer final : public forms::TimerPeer {
 public:
-    explicit Timer(std::function<void()> tick) : tick_(std::move(tick)) { timers.push_back(this); }
+    Timer(int milliseconds, std::function<void()> tick)
+        : milliseconds_(milliseconds), tick_(std::move(tick)) {
+        timers.push_back(this);
+    }
     ~Timer() override { std::erase(timers, this); }
-    void Tick() const { tick_(); }
+    void LetPass(int milliseconds) {
+        passed_ += milliseconds;
+        if (passed_ < milliseconds_) return;
+        passed_ = 0;
+        tick_();
+    }
 
 private:
+    int milliseconds_;
+    int passed_ = 0;
     std::function<void()> tick_;
 };
 
 }  // namespace
+
+void OnNextModal(std::function<void()> act) {
+    next_modals.push_back(std::move(act));
+}
 
 Window* ActiveWindow() {
     return active;
@@ -89,7 +106,9 @@ void MakeActive(Window* window, bool byPerson) {
     if (before != nullptr && !OpenedBy(*before, *window)) window->events->OnActivated();
 }
 
+// Like the platform's loop, not while a dialog is up.
 void RunPostedTasks() {
+    if (modal_depth > 0) return;
     while (!tasks.empty()) {
         const auto task = std::move(tasks.front());
         tasks.pop_front();
@@ -98,9 +117,10 @@ void RunPostedTasks() {
 }
 
 void TickTimers() {
+    constexpr int kMilliseconds = 100;
     const std::vector<Timer*> all = timers;
-    for (const Timer* timer : all)
-        timer->Tick();
+    for (Timer* timer : all)
+        timer->LetPass(kMilliseconds);
 }
 
 Window::Window(const forms::WindowState& state, forms::WindowEvents& sink, Window* opener)
@@ -131,6 +151,19 @@ void Window::Retire() {
 void Window::Show() {
     visible = true;
     MakeActive(this);
+}
+
+// Whoever forgets to say what ends the dialog would wait for ever on a screen.
+void Window::ShowModal(const std::function<void()>& shown) {
+    Show();
+    shown();
+    if (next_modals.empty()) throw std::logic_error("nobody closes the dialog");
+    const auto act = std::move(next_modals.front());
+    next_modals.pop_front();
+    ++modal_depth;
+    act();
+    --modal_depth;
+    if (events != nullptr) throw std::logic_error("the dialog was not closed");
 }
 
 void Window::ShowOnTop() {
@@ -216,8 +249,8 @@ std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, Contro
                                                static_cast<headless::Window&>(window));
 }
 
-std::unique_ptr<TimerPeer> CreateTimerPeer(int, std::function<void()> tick) {
-    return std::make_unique<headless::Timer>(std::move(tick));
+std::unique_ptr<TimerPeer> CreateTimerPeer(int milliseconds, std::function<void()> tick) {
+    return std::make_unique<headless::Timer>(milliseconds, std::move(tick));
 }
 
 void Post(std::function<void()> task) {

@@ -18,6 +18,7 @@ public:
 
     void Retire() override;
     void Show() override;
+    void ShowModal(const std::function<void()>& shown) override;
     void ShowInactive() override { visible = true; }
     void ShowOnTop() override;
     void Hide() override;
@@ -75,6 +76,8 @@ public:
     int focusedLine = -1;
 };
 
+// What happens while the next window is shown modally; the last thing must unload it.
+void OnNextModal(std::function<void()> act);
 // The window that is active; null while another program is.
 Window* ActiveWindow();
 void MakeActive(Window* window, bool byPerson = false);
@@ -82,6 +85,7 @@ void MakeActive(Window* window, bool byPerson = false);
 const std::vector<Window*>& Windows();
 const std::vector<Control*>& Controls();
 void RunPostedTasks();
+// A tenth of a second passes.
 void TickTimers();
 
 }  // namespace nqp::test::headless

@@ -142,13 +142,41 @@ void Activate(HWND window) {
     RunMessages();
 }
 
+bool IsPlatformButton(const forms::Control& control) {
+    const forms::ControlKind kind = control.State().kind;
+    return kind == forms::ControlKind::CommandButton || kind == forms::ControlKind::CheckBox ||
+           kind == forms::ControlKind::OptionButton;
+}
+
+struct ModalAction {
+    int depth;  // of dialogs, at which it runs
+    std::function<void()> act;
+};
+
+std::vector<ModalAction>& ModalActions() {
+    static std::vector<ModalAction> actions;
+    return actions;
+}
+
+void CALLBACK ActInDialog(HWND, UINT, UINT_PTR timer, DWORD) {
+    auto& actions = ModalActions();
+    const auto due = std::find_if(actions.begin(), actions.end(), [](const ModalAction& action) {
+        return forms::win32::ModalLoops() >= action.depth;
+    });
+    if (due == actions.end()) return;
+    const auto act = std::move(due->act);
+    actions.erase(due);
+    KillTimer(nullptr, timer);
+    act();
+}
+
 }  // namespace
 
 void ClickOn(forms::Control& control) {
     if (!control.Visible() || !control.Enabled()) return;
     const HWND window = HandleOf(control);
     Activate(HandleOf(control.Parent()));
-    if (control.State().kind == forms::ControlKind::CommandButton) {
+    if (IsPlatformButton(control)) {
         SendMessageW(window, BM_CLICK, 0, 0);
     } else {
         SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
@@ -223,6 +251,17 @@ void TypeInto(forms::TextBox& field, const std::string& text) {
                  reinterpret_cast<LPARAM>(winapi::Utf16(text).c_str()));
 }
 
+void ChooseItem(forms::ComboBox& combo, int index) {
+    const HWND window = HandleOf(combo);
+    SendMessageW(window, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    SendMessageW(HandleOf(combo.Parent()), WM_COMMAND, MAKEWPARAM(combo.Id(), CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(window));
+}
+
+void ChooseLine(forms::ListBox& list, int line) {
+    SendMessageW(HandleOf(list), LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+}
+
 void LeaveField(forms::TextBox& field) {
     Activate(HandleOf(field.Parent()));
     SetFocus(HandleOf(field));
@@ -266,6 +305,11 @@ void ChooseInNextMenu(forms::Form& form, const forms::Menu& menu, const forms::M
     Watch::Start(HandleOf(form), std::make_unique<MenuWatch>(std::move(keys)));
 }
 
+void OnNextModal(std::function<void()> act) {
+    ModalActions().push_back({forms::win32::ModalLoops() + 1, std::move(act)});
+    SetTimer(nullptr, 0, USER_TIMER_MINIMUM, ActInDialog);
+}
+
 void CancelNextMenu(forms::Form& form) {
     Watch::Start(HandleOf(form), std::make_unique<MenuWatch>(std::vector<WPARAM>{VK_ESCAPE}));
 }
@@ -306,7 +350,7 @@ void RunMessages() {
     MSG message{};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0)
         forms::win32::Dispatch(message);
-    forms::win32::RunPostedTasks();
+    if (forms::win32::ModalLoops() == 0) forms::win32::RunPostedTasks();
 }
 
 bool WaitUntil(const std::function<bool()>& condition) {

@@ -1,0 +1,13 @@
+#include "platform/system_clock.h"
+
+#include <windows.h>
+
+namespace nqp::platform {
+
+core::LocalTime SystemClock::Now() const {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {.month = now.wMonth, .day = now.wDay, .hour = now.wHour, .minute = now.wMinute};
+}
+
+}  // namespace nqp::platform

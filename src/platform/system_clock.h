@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/schedule.h"
+
+namespace nqp::platform {
+
+class SystemClock final : public core::Clock {
+public:
+    core::LocalTime Now() const override;
+};
+
+}  // namespace nqp::platform
