@@ -10,9 +10,14 @@
 #include "forms/win32/winapi/text.h"
 
 namespace nqp::platform {
-namespace {
 
-std::wstring ProgramFile() {
+OleSession::OleSession() : open_(SUCCEEDED(OleInitialize(nullptr))) {}
+
+OleSession::~OleSession() {
+    if (open_) OleUninitialize();
+}
+
+std::filesystem::path ProgramFile() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
         const DWORD length =
@@ -25,16 +30,8 @@ std::wstring ProgramFile() {
     }
 }
 
-}  // namespace
-
-OleSession::OleSession() : open_(SUCCEEDED(OleInitialize(nullptr))) {}
-
-OleSession::~OleSession() {
-    if (open_) OleUninitialize();
-}
-
 std::filesystem::path ProgramFolder() {
-    return std::filesystem::path(ProgramFile()).parent_path();
+    return ProgramFile().parent_path();
 }
 
 std::string ProgramName() {

@@ -18,6 +18,7 @@ private:
     bool open_;
 };
 
+std::filesystem::path ProgramFile();
 // The folder of the program file; the settings, the playlist and the skins live in it.
 std::filesystem::path ProgramFolder();
 // Of the program file, without its extension.
