@@ -26,7 +26,8 @@ std::optional<int> NumberUpTo(int most, const std::string& digits) {
 }
 
 std::string TwoDigits(int number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
+    const std::string digits = std::to_string(number);
+    return digits.size() < 2 ? std::string("0").append(digits) : digits;
 }
 
 std::string JoinedWithAnd(const std::vector<std::string>& parts) {

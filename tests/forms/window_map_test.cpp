@@ -66,9 +66,11 @@ std::string WindowMap(const Player& player) {
            "| 101 | `MediaPlayer1` | media player, class `nqp.MediaPlayer` |\n\n"
            "The media player answers the registered window message \"nqp.MediaPlayer\"; its "
            "numbers are in\n`src/platform/engine/script_messages.h`.\n";
+    Describe(player.form2, "the options", map);
     Describe(player.form4, "the remote control", map);
     Describe(player.form5, "the context menu", map);
     Describe(player.form6, "the play-rate dialog", map);
+    Describe(player.form8, "the file types", map);
     return map.str();
 }
 
@@ -88,8 +90,9 @@ TEST(WindowMap, IsThePageInTheDocumentation) {
 
 TEST(WindowMap, GivesEveryControlOfAWindowANumberOfItsOwn) {
     const Player player;
-    for (const forms::Form* form : std::initializer_list<const forms::Form*>{
-             &player.form1, &player.form4, &player.form5, &player.form6}) {
+    for (const forms::Form* form :
+         std::initializer_list<const forms::Form*>{&player.form1, &player.form2, &player.form4,
+                                                   &player.form5, &player.form6, &player.form8}) {
         std::set<int> ids;
         for (const forms::Control* control : form->Controls()) {
             if (IsDrawnOnTheFace(*control)) continue;
