@@ -39,6 +39,7 @@ void Control::Move(const base::Rect& bounds) {
 }
 
 void Control::SetVisible(bool visible) {
+    if (shown_ == visible) return;
     shown_ = visible;
     ShowOrHide();
 }
@@ -70,6 +71,7 @@ void Control::SetToolTipText(const std::string& text) {
 }
 
 void Control::SetColors(Color fore, Color back) {
+    if (state_.foreColor == fore && state_.backColor == back) return;
     state_.foreColor = fore;
     state_.backColor = back;
     Update();

@@ -250,7 +250,7 @@ void Form2::ShowPage(int page) {
     }
 }
 
-// With the keyboard: the header has the focus then.
+// The header of the page has the focus then, whatever turned to it.
 void Form2::GoToPage(int page) {
     ShowPage((page + kPages) % kPages);
     Headers()[static_cast<std::size_t>(page_)]->SetFocus();

@@ -106,11 +106,11 @@ private:
     void Form_Unload() override;
     bool Form_KeyDown(const base::KeyEvent& key) override;
 
-    void Label16_Click() { ShowPage(0); }
-    void Label17_Click() { ShowPage(1); }
-    void Label18_Click() { ShowPage(2); }
-    void Label19_Click() { ShowPage(3); }
-    void Label20_Click() { ShowPage(4); }
+    void Label16_Click() { GoToPage(0); }
+    void Label17_Click() { GoToPage(1); }
+    void Label18_Click() { GoToPage(2); }
+    void Label19_Click() { GoToPage(3); }
+    void Label20_Click() { GoToPage(4); }
     void Header_KeyDown(const base::KeyEvent& key);
     void Option1_Click() { EnableFrameWork(true); }
     void Option2_Click() { EnableFrameWork(false); }

@@ -200,6 +200,11 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
             // that gives the focus on its own account.
             if (LOWORD(lParam) != HTMENU) NotePersonActed();
             return false;
+        case WM_NEXTDLGCTL:
+            GoToControl(LOWORD(lParam) != 0
+                            ? reinterpret_cast<HWND>(wParam)
+                            : GetNextDlgTabItem(hwnd_, ::GetFocus(), wParam != 0));
+            return true;
         case WM_CLOSE:
             events_->OnCloseRequested();
             return true;
@@ -223,6 +228,14 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
         default:
             return false;
     }
+}
+
+// As the platform's dialogs do it: a field that is come to by a key is selected whole.
+void Window::GoToControl(HWND control) {
+    if (control == nullptr) return;
+    ::SetFocus(control);
+    const LRESULT kind = SendMessageW(control, WM_GETDLGCODE, 0, 0);
+    if ((kind & DLGC_HASSETSEL) != 0) SendMessageW(control, EM_SETSEL, 0, -1);
 }
 
 // `other` is the window that was active before, or is next; null for one of another program.

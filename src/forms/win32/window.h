@@ -76,6 +76,7 @@ private:
     bool HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     LRESULT ColourOfControl(HWND control, HDC canvas) noexcept;
     void Create(HWND owner);
+    void GoToControl(HWND control);
     void HandleActivation(bool active, HWND other);
     bool Opened(HWND other) const;
     void RememberFocus(bool active);
