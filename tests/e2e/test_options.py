@@ -12,15 +12,17 @@ import clips
 import pytest
 import skins
 from conftest import Desk
-from options import FILE_TYPES, OPTIONS, PAGES, OptionsDialog
-from player import PLAYING, REMOTE, VIDEO, Player
+from options import CANCEL, FILE_TYPES, OPTIONS, PAGES, OptionsDialog
+from player import FULL_SCREEN, MENU, PLAYING, REMOTE, SET_DISPLAY, VIDEO, Player
+from pointer import RIGHT
 from remote import TITLE, Remote
-from screen import Screen, colour_at, is_near
+from screen import Rect, Screen, colour_at, is_near
 from skins import Skin
 from stage import BUILD, windows_path
 from test_scaling import COLOURS_OF_TEXT, shades
 from test_skins import settings
 from waiting import equals, until
+from windowmap import control_id
 
 PICTURES = BUILD / "screens"
 AWAY = (1260, 1000)
@@ -165,6 +167,22 @@ def test_other_windows_wait_for_the_dialog(player: Player) -> None:
     dialog.turn_to("schedule")
     assert player.is_in(VIDEO, "visible") and player.is_in(REMOTE, "visible")
     dialog.cancel()
+
+
+def test_dialog_is_seen_over_the_full_screen(player: Player, screen: Screen) -> None:
+    player.open()
+    player.show_picture()
+    player.media(SET_DISPLAY, FULL_SCREEN)
+    player.wait_for(display=FULL_SCREEN)
+    player.pointer.click((200, 700), RIGHT)
+    player.wait(MENU, "visible")
+    options = next(row for row in player.ctl.ask("tree", f"{MENU}@{player.process}") if "Options" in row)
+    player.pointer.click(Rect(*map(int, options[7:11])).centre)
+    player.wait(OPTIONS, "visible")
+    inside = player.client(OPTIONS).point(0.1, 0.9)
+    until(lambda: colour_at(screen.pixels(), inside) == (255, 255, 255), 5, "the dialog is seen")
+    player.pointer.click(player.rect(OPTIONS, control_id(OPTIONS, CANCEL)).centre)
+    player.wait(OPTIONS, "gone")
 
 
 # ---- the system ----

@@ -65,6 +65,7 @@ TEST_F(Form5Test, HasItsTwelveCaptions) {
 TEST_F(Form5Test, EveryCommandClosesTheMenuFirst) {
     for (int item = 0; item < Form5::kLabelCount - 1; ++item) {
         if (item == kNothing) continue;
+        if (item == kOptions) test::OnNextModal([this] { player_.form2.Unload(); });
         Choose(item);
         EXPECT_FALSE(menu_.Loaded()) << item;
         EXPECT_FALSE(player_.form1.menu_showing) << item;

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <deque>
-#include <stdexcept>
 #include <utility>
 
 #include "forms/menu.h"
@@ -54,6 +55,12 @@ void ActivateAnother(const Window& gone) {
         }
     }
     MakeActive(next);
+}
+
+// On a screen the test would wait for ever. An exception would end one handler, and no test.
+[[noreturn]] void GiveUp(const char* reason) {
+    std::fprintf(stderr, "%s\n", reason);
+    std::abort();
 }
 
 class Timer;
@@ -153,17 +160,16 @@ void Window::Show() {
     MakeActive(this);
 }
 
-// Whoever forgets to say what ends the dialog would wait for ever on a screen.
 void Window::ShowModal(const std::function<void()>& shown) {
     Show();
     shown();
-    if (next_modals.empty()) throw std::logic_error("nobody closes the dialog");
+    if (next_modals.empty()) GiveUp("nobody closes the dialog");
     const auto act = std::move(next_modals.front());
     next_modals.pop_front();
     ++modal_depth;
     act();
     --modal_depth;
-    if (events != nullptr) throw std::logic_error("the dialog was not closed");
+    if (events != nullptr) GiveUp("the dialog was not closed");
 }
 
 void Window::ShowOnTop() {
