@@ -18,6 +18,15 @@ std::int32_t SettingsFile::NumberOr(SettingsRecord record, std::int32_t whenEmpt
     return text.empty() ? whenEmpty : base::ParseWholeNumber(text).value_or(whenEmpty);
 }
 
+// Digits beyond every number are no time at all, and not midnight.
+std::int32_t SettingsFile::PartOfTime(SettingsRecord record) const {
+    constexpr std::int32_t kNever = -1;
+    const std::string text = records_.Read(record);
+    const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+    if (text.empty() || !digits) return NumberOr(record, 0);
+    return base::ParseWholeNumber(text).value_or(kNever);
+}
+
 bool SettingsFile::Flag(SettingsRecord record) const {
     return Number(record).value_or(0) == 1;
 }
@@ -49,8 +58,8 @@ void SettingsFile::ApplyFragmentsAndSchedule(SharedSettings& settings) const {
     settings.fragment_percentage = NumberOr(kFragmentPercentage, kDefaultFragmentPercentage);
     settings.scheduled_month = NumberOr(kScheduledMonth, 0);
     settings.scheduled_day = NumberOr(kScheduledDay, 0);
-    settings.scheduled_hour = NumberOr(kScheduledHour, 0);
-    settings.scheduled_minute = NumberOr(kScheduledMinute, 0);
+    settings.scheduled_hour = PartOfTime(kScheduledHour);
+    settings.scheduled_minute = PartOfTime(kScheduledMinute);
     settings.scheduled_file = Text(kScheduledFile);
     settings.insert_picture = Flag(kInsertPicture);
     settings.use_directshow = !Flag(kVideoForWindows);

@@ -95,6 +95,7 @@ public:
 
 private:
     std::optional<std::int32_t> Number(SettingsRecord record) const;
+    std::int32_t PartOfTime(SettingsRecord record) const;
     std::int32_t NumberOr(SettingsRecord record, std::int32_t whenEmpty) const;
 
     base::RecordFile records_;

@@ -139,7 +139,15 @@ void Form::Move(const base::Rect& bounds) {
     }
 }
 
+// Its size may be another one on the monitor it comes to.
 void Form::CentreOver(const base::Rect& area) {
+    const base::Size before = ExtentOnScreen();
+    PlaceOver(area);
+    const base::Size after = ExtentOnScreen();
+    if (before.width != after.width || before.height != after.height) PlaceOver(area);
+}
+
+void Form::PlaceOver(const base::Rect& area) {
     const base::Point middle{area.left + area.width / 2, area.top + area.height / 2};
     const base::Rect room = WorkAreaAt(middle);
     const base::Size size = ExtentOnScreen();

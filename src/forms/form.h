@@ -114,6 +114,7 @@ private:
     void OnFilesDropped(const std::vector<std::string>& paths) noexcept override;
     void OnDestroyed() noexcept override;
 
+    void PlaceOver(const base::Rect& area);
     void CreatePeers();
     void RetirePeers();
 

@@ -36,7 +36,7 @@ public:
     void MakePageHeader() { state_.role = Role::PageHeader; }
     // Whether its page is the one in sight.
     void SetChosen(bool chosen) {
-        if (state_.tabStop == chosen) return;
+        if (state_.tabStop == chosen && (state_.value != 0) == chosen) return;
         state_.value = chosen ? 1 : 0;
         state_.tabStop = chosen;
         Update();

@@ -8,9 +8,9 @@
 
 namespace nqp::forms {
 
-// A list of lines of text, of which a person selects as many as wanted. The lines are asked for as
-// they come into sight, so a list of any length is quick. Lines count from 0. A list that is not on
-// the screen has no selection.
+// A list of lines of text, of which a person selects as many as wanted, or one. The lines are asked
+// for as they come into sight, so a list of any length is quick. Lines count from 0. A list that is
+// not on the screen has no selection.
 class ListBox final : public Control {
 public:
     ListBox(Form& form, const std::string& name, int id, const base::Rect& bounds)

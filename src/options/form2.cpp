@@ -2,6 +2,7 @@
 
 #include "base/file.h"
 #include "base/text.h"
+#include "forms/run_time_error.h"
 #include "options/look.h"
 #include "options/schedule_summary.h"
 
@@ -18,7 +19,8 @@ constexpr base::Rect kPage{kHeaderWidth, 0, kClient.width - kHeaderWidth, 4950};
 constexpr base::Twips kLeft = kHeaderWidth + 360;
 constexpr base::Twips kWidth = kClient.width - kLeft - 300;
 constexpr base::Twips kLine = 300;  // height of a text or a box
-constexpr base::Twips kFieldHeight = 345;
+// No less than a closed combo box needs for its line.
+constexpr base::Twips kFieldHeight = 375;
 // A text on the same line as a field.
 constexpr base::Twips kTextDrop = (kFieldHeight - kLine) / 2;
 constexpr base::Twips kFieldLeft = kLeft + 3450;
@@ -185,6 +187,7 @@ void Form2::PaintPages() {
         label->MarkAccessKey();
     }
     PictureName.SetColors(look::kFaintInk, look::kPaper);
+    PictureName.MarkAccessKey();
     Summary.Wrap();
     for (forms::Label* header : Headers()) {
         header->MakePageHeader();
@@ -195,7 +198,9 @@ void Form2::PaintPages() {
     Label17.SetAccessibleName("Playback");
     Label18.SetAccessibleName("Skin");
     Label19.SetAccessibleName("Fragments");
-    Label20.SetAccessibleName("Schedule");
+    List1.SetAccessibleName("Skins");
+    Text3.SetAccessibleName("Hour");
+    Text4.SetAccessibleName("Minute");
 }
 
 void Form2::BindHandlers() {
@@ -204,16 +209,14 @@ void Form2::BindHandlers() {
     Label18.Click.calls<&Form2::Label18_Click>(this);
     Label19.Click.calls<&Form2::Label19_Click>(this);
     Label20.Click.calls<&Form2::Label20_Click>(this);
-    for (forms::Label* header : Headers())
-        header->KeyDown.calls<&Form2::Header_KeyDown>(this);
     Option1.Click.calls<&Form2::Option1_Click>(this);
     Option2.Click.calls<&Form2::Option2_Click>(this);
     Text2.Change.calls<&Form2::Text2_Change>(this);
     Text3.Change.calls<&Form2::Text3_Change>(this);
     Text4.Change.calls<&Form2::Text4_Change>(this);
-    Text5.Change.calls<&Form2::SummarizeSchedule>(this);
-    Combo1.Change.calls<&Form2::SummarizeSchedule>(this);
-    Combo2.Change.calls<&Form2::SummarizeSchedule>(this);
+    Text5.Change.calls<&Form2::Text5_Change>(this);
+    Combo1.Change.calls<&Form2::Combo1_Change>(this);
+    Combo2.Change.calls<&Form2::Combo2_Change>(this);
     Command1.Click.calls<&Form2::Command1_Click>(this);
     Command2.Click.calls<&Form2::Command2_Click>(this);
     Command3.Click.calls<&Form2::Command3_Click>(this);
@@ -224,7 +227,12 @@ void Form2::BindHandlers() {
 
 void Form2::ShowOnTopModal() {
     if (Loaded()) return;
+    filled_ = false;
     Load();
+    if (!filled_) {
+        Unload();
+        throw forms::RunTimeError("The options could not be read.");
+    }
     const base::Size screen = forms::ScreenSize();
     CentreOver({0, 0, screen.width, screen.height});
     SetTopmost(true);
@@ -256,39 +264,44 @@ void Form2::GoToPage(int page) {
     Headers()[static_cast<std::size_t>(page_)]->SetFocus();
 }
 
-void Form2::Header_KeyDown(const base::KeyEvent& key) {
+// With the focus on a header the arrows turn pages; Control and Tab do wherever it is.
+bool Form2::TurnPage(const base::KeyEvent& key) {
+    const bool onHeader = Headers()[static_cast<std::size_t>(page_)]->HasFocus();
+    const bool back = (key.Shift & base::kShiftKey) != 0;
     switch (key.KeyCode) {
+        case base::kKeyTab:
+            if ((key.Shift & base::kControlKey) == 0) return false;
+            GoToPage(page_ + (back ? -1 : 1));
+            return true;
         case base::kKeyUp:
         case base::kKeyLeft:
-            return GoToPage(page_ - 1);
+            if (onHeader) GoToPage(page_ - 1);
+            return onHeader;
         case base::kKeyDown:
         case base::kKeyRight:
-            return GoToPage(page_ + 1);
+            if (onHeader) GoToPage(page_ + 1);
+            return onHeader;
         case base::kKeyHome:
-            return GoToPage(0);
+            if (onHeader) GoToPage(0);
+            return onHeader;
         case base::kKeyEnd:
-            return GoToPage(kPages - 1);
+            if (onHeader) GoToPage(kPages - 1);
+            return onHeader;
         default:
-            return;
+            return false;
     }
 }
 
 bool Form2::Form_KeyDown(const base::KeyEvent& key) {
-    const bool withControl = (key.Shift & base::kControlKey) != 0;
     if (key.KeyCode == base::kKeyEscape) {
         Unload();
         return true;
     }
-    if (key.KeyCode == base::kKeyTab && withControl) {
-        const bool back = (key.Shift & base::kShiftKey) != 0;
-        GoToPage(page_ + (back ? -1 : 1));
-        return true;
-    }
-    return false;
+    return TurnPage(key);
 }
 
 // What only the one of the two interfaces can do.
-void Form2::EnableFrameWork(bool enabled) {
+void Form2::EnableVideoForWindowsFields(bool enabled) {
     Text2.SetEnabled(enabled);
     Check9.SetEnabled(enabled);
 }
@@ -311,8 +324,9 @@ void Form2::Command4_Click() {
 }
 
 void Form2::ShowPictureName() {
-    PictureName.SetCaption(picture_path_.empty() ? "No picture is chosen."
-                                                 : base::FileNameOf(picture_path_));
+    PictureName.SetCaption(picture_path_.empty()
+                               ? "No picture is chosen."
+                               : base::WithDoubledAmpersands(base::FileNameOf(picture_path_)));
     PictureName.SetToolTipText(picture_path_);
 }
 
@@ -344,6 +358,7 @@ void Form2::SummarizeSchedule() {
     Summary.SetForeColor(summary.halfSet ? look::kWarningInk : look::kInk);
     Summary.SetCaption(base::WithDoubledAmpersands(summary.sentence));
     Label20.SetCaption(summary.halfSet ? kHalfSetCaption : kScheduleCaption);
+    Label20.SetAccessibleName(summary.halfSet ? "Schedule, not complete" : "Schedule");
     Label20.SetToolTipText(summary.halfSet ? summary.sentence : std::string());
 }
 

@@ -39,7 +39,7 @@ class Form2 final : public forms::Form, public core::OptionsDialog {
 public:
     explicit Form2(const OptionsContext& context);
 
-    // The remote is another window's friend; called once, before the dialog opens.
+    // To be called once, before the dialog opens; the remote outlives it.
     void Connect(core::RemoteWindow& remote) { Form4_ = &remote; }
 
     void ShowOnTopModal() override;
@@ -111,12 +111,14 @@ private:
     void Label18_Click() { GoToPage(2); }
     void Label19_Click() { GoToPage(3); }
     void Label20_Click() { GoToPage(4); }
-    void Header_KeyDown(const base::KeyEvent& key);
-    void Option1_Click() { EnableFrameWork(true); }
-    void Option2_Click() { EnableFrameWork(false); }
+    void Option1_Click() { EnableVideoForWindowsFields(true); }
+    void Option2_Click() { EnableVideoForWindowsFields(false); }
     void Text2_Change();
     void Text3_Change();
     void Text4_Change();
+    void Text5_Change() { SummarizeSchedule(); }
+    void Combo1_Change() { SummarizeSchedule(); }
+    void Combo2_Change() { SummarizeSchedule(); }
     void Command1_Click() { Unload(); }
     void Command2_Click();
     void Command3_Click();
@@ -130,7 +132,8 @@ private:
     std::array<forms::Label*, kPages> Headers();
     void ShowPage(int page);
     void GoToPage(int page);
-    void EnableFrameWork(bool enabled);
+    bool TurnPage(const base::KeyEvent& key);
+    void EnableVideoForWindowsFields(bool enabled);
 
     void LoadSkins(const core::SettingsFile& file);
     void LoadSchedule(const core::SettingsFile& file);
@@ -159,6 +162,7 @@ private:
     std::int32_t picture_x_ = 0;  // where the picture goes in a fragment
     std::int32_t picture_y_ = 0;
     int page_ = 0;
+    bool filled_ = false;  // the controls show what the file holds
 };
 
 }  // namespace nqp::options

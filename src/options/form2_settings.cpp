@@ -1,6 +1,7 @@
 #include <string>
 #include <utility>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "forms/run_time_error.h"
 #include "options/form2.h"
@@ -64,6 +65,8 @@ void Form2::Text4_Change() {
 }
 
 void Form2::Form_Load() {
+    // A file that another program holds looks like one that was never written.
+    if (!base::CanRead(context_.programFolder / core::kSettingsFileName)) return;
     const core::SettingsFile file(context_.programFolder);
     LoadSkins(file);
     IsOn(file, core::kVideoForWindows) ? Option1.Choose() : Option2.Choose();
@@ -79,6 +82,7 @@ void Form2::Form_Load() {
     Check2.SetChecked(IsOn(file, core::kAlwaysOnTop));
     Check1.SetChecked(IsOn(file, core::kRememberWindow));
     ShowPage(0);
+    filled_ = true;
 }
 
 void Form2::LoadSkins(const core::SettingsFile& file) {
@@ -143,6 +147,9 @@ void Form2::SaveSettings() {
         {core::kAlwaysOnTop, Flag(Check2.Checked())},
         {core::kRememberWindow, Flag(Check1.Checked())},
     };
+    if (!base::CanRead(context_.programFolder / core::kSettingsFileName)) {
+        throw forms::RunTimeError("The options could not be written.");
+    }
     core::SettingsFile file(context_.programFolder);
     for (const auto& [record, text] : records) {
         if (!file.SetText(record, text)) {

@@ -74,6 +74,12 @@ Form8::Form8(const Program& program, core::FileAssociationFactory& associations)
     Command2.Click.calls<&Form8::Command2_Click>(this);
 }
 
+// What was ticked an earlier time was for then.
+void Form8::Form_Load() {
+    for (int index = 0; index < kTypeCount; ++index)
+        Check1[index].SetChecked(false);
+}
+
 bool Form8::Form_KeyDown(const base::KeyEvent& key) {
     if (key.KeyCode != base::kKeyEscape) return false;
     Unload();

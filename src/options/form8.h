@@ -33,6 +33,7 @@ public:
     forms::CommandButton Command1;  // takes the registration back
 
 private:
+    void Form_Load() override;
     bool Form_KeyDown(const base::KeyEvent& key) override;
     void Command2_Click();
     void Command1_Click();

@@ -1,10 +1,12 @@
 #include "options/skin_list.h"
 
 #include <algorithm>
+#include <exception>
+#include <fstream>
+#include <optional>
 #include <system_error>
 
 #include "base/file.h"
-#include "base/record_file.h"
 #include "core/skin_files.h"
 
 namespace nqp::options {
@@ -16,21 +18,35 @@ std::string LowerCase(std::string text) {
     return text;
 }
 
+// Nothing for a name that is no text, which the settings could not hold.
+std::optional<std::string> NameOf(const std::filesystem::path& folder) {
+    try {
+        return base::Utf8FromPath(folder.filename());
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 std::vector<std::string> FoldersIn(const std::filesystem::path& folder) {
     std::vector<std::string> names;
     std::error_code error;
     std::filesystem::directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         std::error_code ignored;
-        if (entry->is_directory(ignored))
-            names.push_back(base::Utf8FromPath(entry->path().filename()));
+        const auto name = NameOf(entry->path());
+        if (name && entry->is_directory(ignored)) names.push_back(*name);
     }
     std::ranges::sort(names, {}, LowerCase);
     return names;
 }
 
+// Makes the file when it is missing.
 bool HasColors(const std::filesystem::path& skin) {
-    return !base::RecordFile(skin / core::kSkinColorsName, core::kSkinColorRecordBytes).Empty();
+    const std::filesystem::path colors = skin / core::kSkinColorsName;
+    std::ofstream(colors, std::ios::binary | std::ios::app);
+    std::error_code error;
+    const auto size = std::filesystem::file_size(colors, error);
+    return !error && size > 0;
 }
 
 }  // namespace

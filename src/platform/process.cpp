@@ -35,7 +35,7 @@ std::filesystem::path ProgramFolder() {
 }
 
 std::string ProgramName() {
-    return base::Utf8FromPath(std::filesystem::path(ProgramFile()).stem());
+    return base::Utf8FromPath(ProgramFile().stem());
 }
 
 std::string ArgumentText() {

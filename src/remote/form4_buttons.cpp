@@ -52,6 +52,8 @@ std::optional<std::string> Form4::ChooseMedia() {
 
 void Form4::Picture10_Click() {
     if (!transport_.bPause) Picture9_Click();
+    // The keys come back to the remote, which must not lie behind the full-screen picture then.
+    Form1_.MediaPlayer1().SetDisplaySize(core::kWindowDisplay);
     context_.Form2.ShowOnTopModal();
     if (Loaded()) ReapplySettingsFile();
 }

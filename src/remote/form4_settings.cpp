@@ -63,9 +63,11 @@ void Form4::PlaceVideoWindow(const core::WindowGeometry& geometry) {
     Form1_.PlaceWindow();
 }
 
-// After the options changed: unlike the load it also takes the windows down from the top.
+// After the options changed: unlike the load it also takes the windows down from the top. A file
+// that was never written, or cannot be read, changes nothing.
 void Form4::ReapplySettingsFile() {
     const core::SettingsFile file(context_.programFolder);
+    if (file.Empty()) return;
     const bool topmost = file.Flag(core::kAlwaysOnTop);
     Form1_.MakeTopmost(topmost);
     SetTopmost(topmost);

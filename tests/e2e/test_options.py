@@ -13,7 +13,7 @@ import pytest
 import skins
 from conftest import Desk
 from options import CANCEL, FILE_TYPES, OPTIONS, PAGES, OptionsDialog
-from player import FULL_SCREEN, MENU, PLAYING, REMOTE, SET_DISPLAY, VIDEO, Player
+from player import FULL_SCREEN, IN_WINDOW, MENU, PLAYING, REMOTE, SET_DISPLAY, VIDEO, Player
 from pointer import RIGHT
 from remote import TITLE, Remote
 from screen import Rect, Screen, colour_at, is_near
@@ -165,11 +165,12 @@ def test_other_windows_wait_for_the_dialog(player: Player) -> None:
     remote = Remote(player)
     remote.pointer.click(remote.rect("Picture16").centre)
     dialog.turn_to("schedule")
+    until(lambda: dialog.shows("Combo1"), 5, "the page is turned")  # behind the click before it
     assert player.is_in(VIDEO, "visible") and player.is_in(REMOTE, "visible")
     dialog.cancel()
 
 
-def test_dialog_is_seen_over_the_full_screen(player: Player, screen: Screen) -> None:
+def test_dialog_takes_the_place_of_the_full_screen(player: Player, screen: Screen) -> None:
     player.open()
     player.show_picture()
     player.media(SET_DISPLAY, FULL_SCREEN)
@@ -181,8 +182,10 @@ def test_dialog_is_seen_over_the_full_screen(player: Player, screen: Screen) -> 
     player.wait(OPTIONS, "visible")
     inside = player.client(OPTIONS).point(0.1, 0.9)
     until(lambda: colour_at(screen.pixels(), inside) == (255, 255, 255), 5, "the dialog is seen")
+    assert player.playback().display == IN_WINDOW
     player.pointer.click(player.rect(OPTIONS, control_id(OPTIONS, CANCEL)).centre)
     player.wait(OPTIONS, "gone")
+    assert player.is_in(VIDEO, "visible")
 
 
 # ---- the system ----

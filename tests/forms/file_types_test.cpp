@@ -78,6 +78,14 @@ TEST_F(FileTypes, AfterOneThatIsRefusedAreLeftAlone) {
     EXPECT_TRUE(OnScreen(dialog_));
 }
 
+TEST_F(FileTypes, StartWithoutATickEachTime) {
+    Tick({0, 3});
+    dialog_.Unload();
+    dialog_.Show();
+    ClickOn(dialog_.Command2);
+    EXPECT_EQ(calls_, Calls{});
+}
+
 TEST_F(FileTypes, CloseWithEscape) {
     PressKey(dialog_, base::kKeyEscape);
     EXPECT_FALSE(dialog_.Loaded());

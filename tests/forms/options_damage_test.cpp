@@ -16,10 +16,19 @@ TEST(DamagedOptions, OpenAndAreAccepted) {
             for (int other = 1; other <= core::kSettingsRecordCount; ++other)
                 damaged.PutSetting(other, "1");
             damaged.PutSetting(record, damage);
+            for (const int kept : {22, 23, 24, 25, 26, 28, 29}) {
+                if (kept != record) damaged.PutSetting(kept, std::to_string(15 * kept));
+            }
             damaged.Start();
             damaged.ChangeOptions();
             EXPECT_FALSE(damaged.form2.Loaded()) << record << ": " << damage;
             EXPECT_TRUE(OnScreen(damaged.form4)) << record << ": " << damage;
+            for (int other = 1; other <= core::kSettingsRecordCount; ++other) {
+                if (other == record || other == core::kSkinName) continue;
+                const bool ofWindows = (other >= 22 && other <= 26) || other >= 28;
+                EXPECT_EQ(damaged.Setting(other), ofWindows ? std::to_string(15 * other) : "1")
+                    << "record " << other << " beside " << record << ": " << damage;
+            }
         }
     }
 }

@@ -594,6 +594,58 @@ TEST_F(Options, WithATextThatIsTooLongStayOpenAndUnwritten) {
     EXPECT_EQ(player_.Setting(20), std::string(998, 'x'));
 }
 
+TEST_F(Options, CancelledOverAFileThatWasNeverWrittenChangeNothing) {
+    player_.Start();
+    player_.form1.SetTopmost(true);
+    player_.CancelOptions();
+    EXPECT_FALSE(player_.form4.Settings().control_at_fullscreen);
+    EXPECT_EQ(player_.form4.Settings().fragment_percentage, 0);
+    EXPECT_TRUE(Topmost(player_.form1));
+    EXPECT_TRUE(player_.associations.calls.empty());
+}
+
+TEST_F(Options, LeaveTheFullScreen) {
+    player_.Start();
+    player_.engine.SetDisplaySize(core::kFullScreenDisplay);
+    LookAt([this] { EXPECT_EQ(player_.engine.DisplaySize(), core::kWindowDisplay); });
+}
+
+TEST_F(Options, AreCancelledByTheSystem) {
+    Put(kEverything);
+    player_.Start();
+    const std::string before = player_.folder.Content("options.cfg");
+    OnNextModal([this] {
+        ClickOn(dialog_.Check1);
+        CloseBySystem(dialog_);
+    });
+    player_.form4.Picture10_Click();
+    EXPECT_FALSE(dialog_.Loaded());
+    EXPECT_EQ(player_.folder.Content("options.cfg"), before);
+}
+
+TEST_F(Options, GoWithTheProgramWhileTheyAskForAFile) {
+    for (forms::CommandButton* button : {&dialog_.Command4, &dialog_.Command6}) {
+        player_.Start();
+        player_.dialogs.answer = base::Utf8FromPath(player_.folder.Path() / "startup.cfg");
+        player_.dialogs.whenAsked = [this] { CloseBySystem(player_.form4); };
+        OnNextModal([this, button] {
+            ClickOn(button == &dialog_.Command4 ? dialog_.Label19 : dialog_.Label20);
+            ClickOn(*button);
+        });
+        player_.form4.Picture10_Click();
+        RunMessages();
+        EXPECT_FALSE(dialog_.Loaded());
+        EXPECT_FALSE(player_.form1.Loaded());
+    }
+}
+
+TEST_F(Options, ShowAPictureNamedWithAnAmpersand) {
+    Put(kEverything);
+    player_.PutSetting(13, "C:\\tom&dick.bmp");
+    player_.Start();
+    LookAt([this] { EXPECT_EQ(TextOn(dialog_.PictureName), "tom&&dick.bmp"); });
+}
+
 TEST_F(Options, GoWithTheProgram) {
     Put(kEverything);
     player_.Start();

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/settings_file.h"
 #include "options/schedule_summary.h"
+#include "temp_folder.h"
 
 namespace nqp {
 namespace {
@@ -34,6 +36,31 @@ TEST(Schedule, ThatWasNeverSetIsNeverReached) {
 
 ScheduleChoice Whole() {
     return {.month = 3, .day = 5, .hour = "7", .minute = "5", .file = "C:\\clips\\Sea & sun.avi"};
+}
+
+// What the dialog says and what the player does are the same for every time that can be entered.
+TEST(ScheduleSummary, AgreesWithWhatPlays) {
+    const test::TempFolder folder;
+    for (const char* hour : {"", "0", "07", "7", "23", "24", "99999999999"}) {
+        for (const char* minute : {"", "0", "05", "59", "60", "99999999999"}) {
+            core::SettingsFile file(folder.Path());
+            file.SetText(core::kScheduledMonth, "3");
+            file.SetText(core::kScheduledDay, "5");
+            file.SetText(core::kScheduledHour, hour);
+            file.SetText(core::kScheduledMinute, minute);
+            core::SharedSettings settings;
+            file.ApplyFragmentsAndSchedule(settings);
+            bool plays = false;
+            for (int now = 0; now < 24 * 60; ++now) {
+                plays = plays ||
+                        core::IsScheduled(
+                            settings, {.month = 3, .day = 5, .hour = now / 60, .minute = now % 60});
+            }
+            const auto summary = Summarize(
+                {.month = 3, .day = 5, .hour = hour, .minute = minute, .file = "C:\\a.avi"});
+            EXPECT_NE(summary.halfSet, plays) << hour << ":" << minute;
+        }
+    }
 }
 
 TEST(ScheduleSummary, SaysWhatWillPlayWhen) {

@@ -57,6 +57,11 @@ TEST(TitleOf, EndsBeforeTheFirstDot) {
     EXPECT_EQ(TitleOf(""), "");
 }
 
+TEST(WithDoubledAmpersands, MakesThemNoMarks) {
+    EXPECT_EQ(WithDoubledAmpersands("this & that && more"), "this && that &&&& more");
+    EXPECT_EQ(WithDoubledAmpersands(""), "");
+}
+
 TEST(WithoutQuotes, RemovesOnePairAroundTheWhole) {
     EXPECT_EQ(WithoutQuotes("\"C:\\a b.avi\""), "C:\\a b.avi");
     EXPECT_EQ(WithoutQuotes("C:\\a b.avi"), "C:\\a b.avi");

@@ -8,8 +8,9 @@
 #include "forms/win32/winapi/com.h"
 #include "forms/win32/winapi/text.h"
 #include "player.h"
+#include "skin_files.h"
 
-// What an assistive tool and the Tab key find on the remote.
+// What an assistive tool and the Tab key find on the remote and in the options.
 namespace nqp::test {
 namespace {
 
@@ -160,6 +161,31 @@ TEST_F(Accessibility, AControlThatIsHiddenGivesTheFocusUp) {
     ASSERT_TRUE(remote_.List1.HasFocus());
     remote_.Picture15.Click();
     EXPECT_EQ(GetFocus(), static_cast<HWND>(remote_.Handle()));
+}
+
+TEST_F(Accessibility, TheOptionsSayWhichPageIsInSight) {
+    SkinFiles(player_.folder, "Alpha").PutColors({"0"});
+    options::Form2& dialog = player_.form2;
+    OnNextModal([&] {
+        EXPECT_EQ(NameOf(dialog.Label16), "General");
+        EXPECT_EQ(RoleOf(dialog.Label16), ROLE_SYSTEM_PAGETAB);
+        EXPECT_NE(StateOf(dialog.Label16) & STATE_SYSTEM_SELECTED, 0);
+        EXPECT_EQ(StateOf(dialog.Label18) & STATE_SYSTEM_SELECTED, 0);
+        ClickOn(dialog.Label18);
+        EXPECT_EQ(StateOf(dialog.Label16) & STATE_SYSTEM_SELECTED, 0);
+        EXPECT_NE(StateOf(dialog.Label18) & STATE_SYSTEM_SELECTED, 0);
+        EXPECT_EQ(NameOf(dialog.List1), "Skins");
+        VARIANT line = Self();
+        line.lVal = 1;
+        BSTR name = nullptr;
+        ObjectOf(dialog.List1)->get_accName(line, &name);
+        EXPECT_EQ(TextOf(name), "Alpha");
+        EXPECT_EQ(NameOf(dialog.Text4), "Minute");
+        ChooseItem(dialog.Combo1, 0);
+        EXPECT_EQ(NameOf(dialog.Label20), "Schedule, not complete");
+        dialog.Unload();
+    });
+    remote_.Picture10_Click();
 }
 
 }  // namespace

@@ -84,6 +84,7 @@ public:
         const Role role = control->State().role;
         if (role != Role::Image && role != Role::Grip) state->lVal |= STATE_SYSTEM_FOCUSABLE;
         const bool chosen = role == Role::PageHeader && control->State().value != 0;
+        if (role == Role::PageHeader) state->lVal |= STATE_SYSTEM_SELECTABLE;
         if (chosen) state->lVal |= STATE_SYSTEM_SELECTED;
         if (control->HasFocus()) state->lVal |= STATE_SYSTEM_FOCUSED;
         return result;

@@ -3,6 +3,7 @@
 #include <oleacc.h>
 
 #include <unordered_map>
+#include <utility>
 
 #include "forms/win32/accessible.h"
 #include "forms/win32/file_drop.h"
@@ -35,6 +36,7 @@ ControlWindow::~ControlWindow() {
     window_.Remove(*this);
     ControlWindows().erase(hwnd_);
     if (state_.takesFiles) EndFileDrop(hwnd_);
+    if (hwnd_ == nullptr) return;
     PutProcedure(hwnd_, classProcedure_);
     DestroyWindow(hwnd_);
 }
@@ -122,6 +124,12 @@ LRESULT CALLBACK ControlWindow::Procedure(HWND hwnd, UINT message, WPARAM wParam
     if (message == kPress) {
         control->Press();
         return 0;
+    }
+    if (message == WM_NCDESTROY) {
+        // The platform took it away together with its parent.
+        ControlWindows().erase(hwnd);
+        return CallWindowProcW(control->classProcedure_, std::exchange(control->hwnd_, nullptr),
+                               message, wParam, lParam);
     }
     return control->Handle(message, wParam, lParam);
 }

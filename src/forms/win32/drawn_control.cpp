@@ -103,7 +103,8 @@ LRESULT DrawnControl::WantedKeys(LPARAM lParam) const {
     const bool pressing = message != nullptr && message->message == WM_KEYDOWN &&
                           (message->wParam == VK_RETURN || message->wParam == VK_SPACE);
     if (State().role == Role::Slider) return DLGC_WANTARROWS;
-    if (State().role == Role::PageHeader && !pressing) return DLGC_WANTARROWS | DLGC_BUTTON;
+    // Enter is the dialog's: the page is in sight already.
+    if (State().role == Role::PageHeader) return DLGC_WANTARROWS | DLGC_BUTTON;
     if (TakesKeys()) return pressing ? DLGC_WANTMESSAGE : DLGC_BUTTON;
     return DLGC_STATIC;
 }

@@ -28,7 +28,8 @@ ListControl::ListControl(const ControlState& state, ControlEvents& events, Windo
 }
 
 LRESULT ListControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    if (message == WM_GETDLGCODE && wParam == VK_RETURN) return DLGC_WANTALLKEYS;
+    const bool enter = wParam == VK_RETURN && !Parent().IsDialog();
+    if (message == WM_GETDLGCODE && enter) return DLGC_WANTALLKEYS;
     if (HandleInput(message, wParam, lParam)) return 0;
     return DefaultAnswer(message, wParam, lParam);
 }

@@ -43,6 +43,7 @@ void Window::PopUp(Menu& menu, const base::Point* at) {
     const int command = TrackPopupMenu(handle.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, place.x,
                                        place.y, 0, hwnd_, nullptr);
     PostMessageW(hwnd_, WM_NULL, 0, 0);
+    if (IsWindowEnabled(hwnd_) == 0) Activate();  // which is a dialog's turn then
     if (command < 1) return;
     MenuItem* chosen = menu.Items()[static_cast<std::size_t>(command - 1)];
     Guarded(Origin::User, [chosen] { chosen->Click(); });

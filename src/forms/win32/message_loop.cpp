@@ -94,7 +94,8 @@ void Dispatch(MSG& message) {
     if (IsKeyDown(message) || IsButtonDown(message)) NotePersonActed();
     const HWND root = GetAncestor(message.hwnd, GA_ROOT);
     Window* window = Window::Of(root);
-    const bool key = IsKeyDown(message) && !IsInOpenList(message);
+    // Without a focus the keys go to the active window, which may be waiting for a dialog.
+    const bool key = IsKeyDown(message) && !IsInOpenList(message) && IsWindowEnabled(root) != 0;
     if (window != nullptr && key && window->HandleKey(message.wParam)) return;
     if (window != nullptr && IsOfMouse(message)) window->ShowToolTips(message);
     const bool dialog = (GetWindowLongPtrW(root, GWL_EXSTYLE) & WS_EX_CONTROLPARENT) != 0;

@@ -11,6 +11,9 @@ class ModalState {
 public:
     explicit ModalState(HWND dialog);
     ~ModalState();
+    // The dialog that takes the input now; null when none is shown.
+    static HWND Dialog();
+
     ModalState(const ModalState&) = delete;
     ModalState& operator=(const ModalState&) = delete;
 

@@ -162,6 +162,7 @@ public:
     ComboControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
         Create(L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
+        SendMessageW(Hwnd(), CB_SETMINVISIBLE, kLinesInSight, 0);
         for (const std::string& item : state.items) {
             SendMessageW(Hwnd(), CB_ADDSTRING, 0,
                          reinterpret_cast<LPARAM>(winapi::Utf16(item).c_str()));
@@ -170,12 +171,30 @@ public:
     }
 
     void Notify(UINT message, WORD code) override {
-        if (message != WM_COMMAND || code != CBN_SELCHANGE || Events() == nullptr) return;
-        Events()->OnValueChanged(static_cast<int>(SendMessageW(Hwnd(), CB_GETCURSEL, 0, 0)));
+        // A list that is left without a choice goes back to the item before, and tells of that
+        // alone.
+        const bool mayDiffer =
+            code == CBN_SELCHANGE || code == CBN_SELENDCANCEL || code == CBN_CLOSEUP;
+        if (message != WM_COMMAND || !mayDiffer || Events() == nullptr) return;
+        const auto chosen = static_cast<int>(SendMessageW(Hwnd(), CB_GETCURSEL, 0, 0));
+        if (chosen != State().value) Events()->OnValueChanged(chosen);
     }
 
 private:
     static constexpr int kLinesInSight = 12;
+    static constexpr WPARAM kClosedPart = static_cast<WPARAM>(-1);
+
+    // The height is set for the one line alone; what the platform adds to it is seen afterwards.
+    void FitClosedPart() {
+        const RECT place = ControlWindow::PlaceOnScreen();
+        RECT window{};
+        GetWindowRect(Hwnd(), &window);
+        const LONG missing = (place.bottom - place.top) - (window.bottom - window.top);
+        const auto line = static_cast<LONG>(SendMessageW(Hwnd(), CB_GETITEMHEIGHT, kClosedPart, 0));
+        if (missing != 0 && line + missing > 0) {
+            SendMessageW(Hwnd(), CB_SETITEMHEIGHT, kClosedPart, line + missing);
+        }
+    }
 
     // The platform counts the open list in.
     RECT PlaceOnScreen() const override {
@@ -183,17 +202,11 @@ private:
         place.bottom += kLinesInSight * (place.bottom - place.top);
         return place;
     }
-    // The closed part is as high as its one line; the platform adds a frame to it.
     void UpdateKind() override {
-        const RECT place = ControlWindow::PlaceOnScreen();
-        const int frame = 2 * base::TwipsToPixels(kFrame, Dpi());
-        SendMessageW(Hwnd(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
-                     place.bottom - place.top - frame);
+        FitClosedPart();
         SendMessageW(Hwnd(), CB_SETCURSEL, static_cast<WPARAM>(State().value), 0);
         InvalidateRect(Hwnd(), nullptr, TRUE);
     }
-
-    static constexpr base::Twips kFrame = 45;
 };
 
 class SliderControl final : public ControlWindow {

@@ -201,9 +201,8 @@ bool Window::HandleNotification(UINT message, WPARAM wParam, LPARAM lParam) noex
             if (LOWORD(lParam) != HTMENU) NotePersonActed();
             return false;
         case WM_NEXTDLGCTL:
-            GoToControl(LOWORD(lParam) != 0
-                            ? reinterpret_cast<HWND>(wParam)
-                            : GetNextDlgTabItem(hwnd_, ::GetFocus(), wParam != 0));
+            GoToControl(LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)
+                                            : GetNextDlgTabItem(hwnd_, ::GetFocus(), wParam != 0));
             return true;
         case WM_CLOSE:
             events_->OnCloseRequested();
@@ -420,14 +419,22 @@ void Window::Retire() {
     // and finds one after the program has already put another window in front.
     const HWND owner = GetWindow(hwnd_, GW_OWNER);
     const bool active = GetActiveWindow() == hwnd_ && !deactivating_;
-    if (active && IsWindowVisible(owner) != 0) SetActiveWindow(owner);
+    const bool usable =
+        IsWindowVisible(owner) != 0 && IsWindowEnabled(owner) != 0 && IsIconic(owner) == 0;
+    if (active && usable) SetActiveWindow(owner);
     ShowWindow(hwnd_, SW_HIDE);
 }
 
 void Window::Show() {
     NoteProgramActed();
-    ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : SW_SHOW);
-    SetForegroundWindow(hwnd_);
+    const int command = IsWindowEnabled(hwnd_) != 0 ? SW_SHOW : SW_SHOWNA;
+    ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : command);
+    Activate();
+}
+
+// A window that takes no input leaves the keys to the dialog that it waits for.
+void Window::Activate() {
+    SetForegroundWindow(IsWindowEnabled(hwnd_) != 0 ? hwnd_ : ModalState::Dialog());
 }
 
 void Window::ShowInactive() {
@@ -487,8 +494,9 @@ void Window::SetTopmost(bool topmost) {
 
 void Window::BringToFront() {
     NoteProgramActed();
-    SetWindowPos(hwnd_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-    SetForegroundWindow(hwnd_);
+    const UINT waits = IsWindowEnabled(hwnd_) != 0 ? 0U : SWP_NOACTIVATE;
+    SetWindowPos(hwnd_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | waits);
+    Activate();
 }
 
 void Window::SetPointer(Pointer pointer) {

@@ -77,6 +77,7 @@ private:
     LRESULT ColourOfControl(HWND control, HDC canvas) noexcept;
     void Create(HWND owner);
     void GoToControl(HWND control);
+    void Activate();
     void HandleActivation(bool active, HWND other);
     bool Opened(HWND other) const;
     void RememberFocus(bool active);
