@@ -15,7 +15,8 @@ run_packages=(
   fontconfig fonts-dejavu-core fonts-open-sans fonts-wqy-microhei
 )
 test_packages=(
-  clang-format shellcheck git python3 python3-pytest python3-numpy python3-pil tint2
+  clang-format shellcheck git python3 python3-pytest python3-pytest-xdist python3-numpy python3-pil
+  tint2
 )
 fuzz_packages=(clang libclang-rt-14-dev llvm)
 

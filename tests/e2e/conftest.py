@@ -1,4 +1,4 @@
-"""Fixtures of the end-to-end tests: one stage for all of them, and players in it."""
+"""Fixtures of the end-to-end tests: one stage for each process of the run, and players in it."""
 
 from __future__ import annotations
 
@@ -73,14 +73,19 @@ class Desk:
             self.players.pop().give_up()
 
 
+def pytest_sessionstart(session: pytest.Session) -> None:
+    """What the processes of a run share is made before there is more than one."""
+    if not hasattr(session.config, "workerinput"):
+        shutil.rmtree(FAILURES, ignore_errors=True)
+        clip_files.make()
+
+
 _desk: Desk | None = None
 
 
 @pytest.fixture(scope="session")
 def desk() -> Iterator[Desk]:
     global _desk
-    shutil.rmtree(FAILURES, ignore_errors=True)
-    clip_files.make()
     stage = Stage()
     try:
         _desk = Desk(stage, Screen(stage.env), Sound(stage.env, stage.folder), Pointer(stage.env))

@@ -83,11 +83,17 @@ def test_menu_has_its_twelve_labels(playing: Player) -> None:
     playing.wait(MENU, "gone")
 
 
+def menu_lefts(player: Player) -> list[int]:
+    """Of every menu in sight: between the old place and the new one there may be none, or two."""
+    rows = player.ctl.ask("list")
+    return [int(row[5]) for row in rows if row[1:3] == [str(player.process), MENU] and row[4] == "1"]
+
+
 def test_right_click_elsewhere_moves_the_menu(playing: Player, pointer: Pointer) -> None:
     playing.open_menu(playing.client().point(0.6, 0.3))
     x, y = playing.client().point(0.1, 0.2)
     pointer.click((x, y), RIGHT)
-    until(lambda: abs(playing.rect(MENU).left - x) <= 1, 5, "the menu is at the new place")
+    until(lambda: any(abs(left - x) <= 1 for left in menu_lefts(playing)), 5, "it is there")
     pointer.key("Escape")
     playing.wait(MENU, "gone")
 

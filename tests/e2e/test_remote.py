@@ -9,6 +9,7 @@ import clips
 import numpy as np
 import pytest
 from conftest import Desk
+from options import OptionsDialog
 from player import FILE_DIALOG, PAUSED, PLAYING, REMOTE, VIDEO, Player
 from pointer import Pointer
 from remote import (
@@ -19,7 +20,6 @@ from remote import (
     HIDE_BUTTON,
     HIGHLIGHTED,
     OPEN_BUTTON,
-    OPTIONS_BUTTON,
     PAUSE_BUTTON,
     PLAY_BUTTON,
     POSITION_KNOB,
@@ -122,15 +122,16 @@ def test_pause_does_nothing_after_stop(remote: Remote) -> None:
 
 def test_options_pauses_and_reads_the_settings_again(player: Player) -> None:
     start_in_sight(player)
-    remote = Remote(player)
     assert not player.is_topmost(VIDEO)
-    player.folder.set_options({2: "1"})
-    remote.click(OPTIONS_BUTTON)
+    dialog = OptionsDialog(player)
     player.wait_for(state=PAUSED, visible=1)
+    player.folder.set_options({2: "1"})
+    dialog.cancel()
     for window in (VIDEO, REMOTE):
         until(lambda: player.is_topmost(window), 5, f"{window} is on top")
+    dialog = OptionsDialog(player)
     player.folder.set_options({})
-    remote.click(OPTIONS_BUTTON)
+    dialog.cancel()
     for window in (VIDEO, REMOTE):
         until(lambda: not player.is_topmost(window), 5, f"{window} is no longer on top")
     assert player.playback().state == PAUSED
