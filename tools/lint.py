@@ -30,7 +30,8 @@ MAY_INCLUDE: dict[str, set[str]] = {
     "platform": {"base", "core", "forms", "forms/win32/winapi"},
     "video": WINDOWS_OF,
     "playlist": {"base"},
-    "remote": WINDOWS_OF | {"playlist"},
+    "fragments": {"base", "core"},
+    "remote": WINDOWS_OF | {"playlist", "fragments"},
     "options": WINDOWS_OF,
     "wizard": WINDOWS_OF,
 }

@@ -67,6 +67,14 @@ std::string TitleOf(std::string_view fileName) {
     return std::string(fileName.substr(0, fileName.find('.')));
 }
 
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& letter : lower) {
+        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+    }
+    return lower;
+}
+
 std::string WithDoubledAmpersands(std::string_view text) {
     std::string doubled;
     for (const char letter : text)

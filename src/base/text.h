@@ -26,6 +26,9 @@ std::string TitleOf(std::string_view fileName);
 // The part before the first NUL character; the whole text when there is none.
 std::string UpToNul(std::string_view text);
 
+// Of the 26 plain letters; all others stay.
+std::string LowerCase(std::string_view text);
+
 // For texts in which a single "&" marks an access key.
 std::string WithDoubledAmpersands(std::string_view text);
 

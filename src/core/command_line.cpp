@@ -1,20 +1,10 @@
 #include "core/command_line.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
+
+#include "base/text.h"
 
 namespace nqp::core {
-namespace {
-
-bool EqualIgnoringCase(std::string_view text, std::string_view other) {
-    return std::equal(text.begin(), text.end(), other.begin(), other.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) ==
-               std::tolower(static_cast<unsigned char>(b));
-    });
-}
-
-}  // namespace
 
 // A program name in quotes ends with the closing one, a plain one at the first blank.
 std::wstring_view ArgumentsOf(std::wstring_view wholeLine) {
@@ -28,10 +18,11 @@ std::wstring_view ArgumentsOf(std::wstring_view wholeLine) {
 }
 
 CommandLine WithoutAutomationSwitch(const std::string& arguments) {
-    constexpr std::array<std::string_view, 4> kSwitches = {"-Embedding", "/Embedding",
-                                                           "-Automation", "/Automation"};
+    constexpr std::array<std::string_view, 4> kSwitches = {"-embedding", "/embedding",
+                                                           "-automation", "/automation"};
+    const std::string lower = base::LowerCase(arguments);
     for (const std::string_view name : kSwitches) {
-        if (EqualIgnoringCase(arguments, name)) return {{}, true};
+        if (lower == name) return {{}, true};
     }
     return {arguments, false};
 }

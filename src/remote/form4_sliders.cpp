@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/time_text.h"
 #include "remote/face.h"
 #include "remote/form4.h"
 
@@ -46,7 +47,7 @@ void Form4::ShowDraggedTime() {
     const double duration = Form1_.MediaPlayer1().Duration();
     if (!SeekTrack().HasRoom()) return;
     drag_time_ = SeekTrack().SecondAt(Picture12.Left(), duration);
-    Picture12.SetAccessibleValue(TimeText(drag_time_));
+    Picture12.SetAccessibleValue(base::TimeText(drag_time_));
 }
 
 void Form4::Picture12_MouseUp(const base::MouseEvent&) {
@@ -88,7 +89,7 @@ void Form4::SeekTo(double seconds) {
     const std::int32_t last = base::Floor(engine.Duration());
     const std::int32_t target = std::clamp(base::Floor(seconds), 0, last);
     engine.SetCurrentPosition(target);
-    Picture12.SetAccessibleValue(TimeText(target));
+    Picture12.SetAccessibleValue(base::TimeText(target));
 }
 
 // The seek is measured with the knob's width.
@@ -156,13 +157,13 @@ void Form4::Timer1_Timer() {
     const double position = engine.CurrentPosition();
     if (position == core::kNothingLoaded) return;
     if (position_drag_.Active()) {
-        Label2.SetCaption(TimeText(drag_time_));
+        Label2.SetCaption(base::TimeText(drag_time_));
         return;
     }
     const double duration = engine.Duration();
     MovePositionKnob(position, duration);
     Label2.SetCaption(time_.Read(position, duration, transport_.loading));
-    Picture12.SetAccessibleValue(TimeText(base::RoundHalfEven(position)));
+    Picture12.SetAccessibleValue(base::TimeText(base::RoundHalfEven(position)));
 }
 
 // A clip that tells no duration leaves the knob where it is.

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace nqp::remote {
-
-// Whole seconds as "hh:mm:ss", each part with two digits at least.
-std::string TimeText(std::int32_t seconds);
 
 // What the remote's clock shows from tick to tick.
 class TimeReadOut {

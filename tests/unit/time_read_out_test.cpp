@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/time_text.h"
+
 namespace nqp::remote {
 namespace {
 
@@ -16,12 +18,12 @@ protected:
 };
 
 TEST(TimeText, HasTwoDigitsForEachPart) {
-    EXPECT_EQ(TimeText(0), "00:00:00");
-    EXPECT_EQ(TimeText(59), "00:00:59");
-    EXPECT_EQ(TimeText(60), "00:01:00");
-    EXPECT_EQ(TimeText(3599), "00:59:59");
-    EXPECT_EQ(TimeText(3723), "01:02:03");
-    EXPECT_EQ(TimeText(100 * 3600), "100:00:00");
+    EXPECT_EQ(base::TimeText(0), "00:00:00");
+    EXPECT_EQ(base::TimeText(59), "00:00:59");
+    EXPECT_EQ(base::TimeText(60), "00:01:00");
+    EXPECT_EQ(base::TimeText(3599), "00:59:59");
+    EXPECT_EQ(base::TimeText(3723), "01:02:03");
+    EXPECT_EQ(base::TimeText(100 * 3600), "100:00:00");
 }
 
 TEST_F(TimeReadOutTest, RoundsToTheNearestSecondHalvesToTheEvenOne) {
