@@ -43,6 +43,10 @@ std::vector<char> ReadFile(const std::filesystem::path& path, std::size_t from) 
     return bytes;
 }
 
+bool MakeFile(const std::filesystem::path& path) {
+    return std::ofstream(path, std::ios::binary | std::ios::app).good();
+}
+
 bool CanRead(const std::filesystem::path& path) {
     return !IsFile(path) || std::ifstream(path, std::ios::binary).good();
 }

@@ -27,6 +27,9 @@ bool PutFileInPlace(const std::filesystem::path& path, std::span<const char> byt
 using FileContent = std::function<void(std::ostream&)>;
 bool PutFileInPlace(const std::filesystem::path& path, const FileContent& content);
 
+// Makes an empty file; one that is there stays as it is. False when that is not possible.
+bool MakeFile(const std::filesystem::path& path);
+
 // True for an existing file that is no folder.
 bool IsFile(const std::filesystem::path& path);
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/input.h"
 
@@ -19,6 +20,16 @@ struct OpenFileRequest {
     FileFilter filter;
 };
 
+struct SaveFileRequest {
+    base::NativeWindow owner = nullptr;
+    std::string title;
+    std::vector<FileFilter> filters;
+    std::string defaultExtension;
+};
+
+// What a save dialog's buffer holds, bytes; the path in it is shorter by one at least.
+inline constexpr std::size_t kSaveBufferBytes = 257;
+
 // The system's file dialogs.
 class FileDialogs {
 public:
@@ -29,6 +40,10 @@ public:
     // path, or a folder and the names in it, each with its NUL character and one more behind the
     // last. Empty when it was cancelled, or when the chosen files did not fit.
     virtual std::string OpenFiles(const OpenFileRequest& request) = 0;
+
+    // Modal. The dialog's whole buffer of kSaveBufferBytes: the chosen path in UTF-8 and the NUL
+    // characters behind it. Nothing when the dialog was cancelled, or when the path did not fit.
+    virtual std::optional<std::string> SaveFile(const SaveFileRequest& request) = 0;
 
 protected:
     ~FileDialogs() = default;

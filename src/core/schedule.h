@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "core/settings.h"
 
 namespace nqp::core {
@@ -15,6 +17,8 @@ struct LocalTime {
 class Clock {
 public:
     virtual LocalTime Now() const = 0;
+    // Never set back, and of no use but to tell how much time has passed.
+    virtual std::chrono::steady_clock::time_point Steady() const = 0;
 
 protected:
     ~Clock() = default;

@@ -39,6 +39,8 @@ public:
     virtual std::unique_ptr<Wizard> Create() = 0;
     // The wizard window on the screen, whichever process shows it; null when there is none.
     virtual base::NativeWindow Window() const = 0;
+    // As if its user closed that window; does not wait for it.
+    virtual void CloseWindow() = 0;
 
 protected:
     ~WizardFactory() = default;

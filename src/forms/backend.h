@@ -100,8 +100,8 @@ public:
     // handler may unload the window whose event it handles.
     virtual void Retire() = 0;
     virtual void Show() = 0;  // and makes it the active window
-    // Shows it, calls back, and returns when it is retired or the program ends. The other windows
-    // of the program take no input meanwhile.
+    // Shows it, calls back, and returns when it is hidden or retired, or the program ends. The
+    // other windows of the program take no input meanwhile.
     virtual void ShowModal(const std::function<void()>& shown) = 0;
     virtual void ShowInactive() = 0;
     virtual void ShowOnTop() = 0;  // topmost, without becoming active
@@ -113,6 +113,12 @@ public:
     // Twips of the screen to one twip inside the window; other than 1 where the window's monitor
     // has another resolution than the system.
     virtual float ScreenScale() const = 0;
+    // Of the area inside the frame, twips of the window.
+    virtual base::Size ClientSize() const = 0;
+    virtual void SetCaption(const std::string& caption) = 0;
+    // Covers the whole monitor from now on, or as soon as it is shown.
+    virtual void Maximize() = 0;
+    virtual bool Maximized() const = 0;
     virtual void SetTopmost(bool topmost) = 0;
     virtual void BringToFront() = 0;
     virtual void SetPointer(Pointer pointer) = 0;
@@ -137,6 +143,13 @@ public:
     virtual ~TimerPeer() = default;
 };
 std::unique_ptr<TimerPeer> CreateTimerPeer(int milliseconds, std::function<void()> tick);
+
+// Handles messages until the condition holds, which is asked after each of them, or until the
+// program is to end. Whoever makes the condition true elsewhere must see to it that a message
+// comes.
+void RunMessagesUntil(const std::function<bool()>& condition);
+// Handles the messages that are waiting.
+void RunWaitingMessages();
 
 // Runs the task from the message loop, after the event that is being handled.
 void Post(std::function<void()> task);

@@ -67,6 +67,20 @@ void Form::RetirePeers() {
     Post([retired] {});
 }
 
+base::Size Form::ClientSize() const {
+    return peer_ ? peer_->ClientSize() : base::Size{};
+}
+
+void Form::Maximize() {
+    state_.maximized = true;
+    if (peer_) peer_->Maximize();
+}
+
+void Form::SetCaption(const std::string& caption) {
+    state_.caption = caption;
+    if (peer_) peer_->SetCaption(caption);
+}
+
 base::Twips Form::TwipsPerPixel() const {
     return peer_ ? peer_->TwipsPerPixel() : base::PixelsToTwips(1, base::kDesignDpi);
 }
@@ -98,7 +112,8 @@ void Form::ShowModal() {
     if (!peer_) return;
     visible_ = true;
     // The peer outlives its own loop: what is retired goes when the outermost loop runs again.
-    peer_->ShowModal([this] { Guarded(Origin::Program, [this] { Form_Activate(); }); });
+    // A dialog follows from what a person did.
+    peer_->ShowModal([this] { Guarded(Origin::User, [this] { Form_Activate(); }); });
 }
 
 void Form::ShowInactive() {

@@ -29,8 +29,8 @@ public:
     // Loads, shows and activates.
     void Show();
     // Shows the window before the others of the program, which take no input meanwhile, and returns
-    // when it has been unloaded. To be called inside a handler of another window, which may itself
-    // be gone afterwards.
+    // when it has been hidden or unloaded. To be called inside a handler of another window, which
+    // may itself be gone afterwards.
     void ShowModal();
     // Loads and shows, and leaves the window active that is; ShowOnTop above all others.
     void ShowInactive();
@@ -47,6 +47,13 @@ public:
     base::Twips Height() const { return state_.bounds.height; }
     const base::Rect& Bounds() const { return state_.bounds; }
     void Move(const base::Rect& bounds);
+    // Of the area inside the frame, twips of the window; empty while it is not loaded.
+    base::Size ClientSize() const;
+    // Covers the whole monitor that it is on, from now on or as soon as it is shown.
+    void Maximize();
+    bool Maximized() const { return peer_ && peer_->Maximized(); }
+    const std::string& Caption() const { return state_.caption; }
+    void SetCaption(const std::string& caption);
     // Of this window; meaningful while it is loaded.
     base::Twips TwipsPerPixel() const;
     // A point inside the window, and its whole extent, in twips of the screen.

@@ -75,6 +75,8 @@ struct ControlState {
     bool tabStop = true;       // what takes keys is reached with Tab
     bool accessKey = false;    // "&" in a label marks the key that goes to the control behind it
     bool wraps = false;        // a label of several lines
+    bool readOnly = false;     // a text box that cannot be edited
+    int digits = 0;            // a text box takes so many digits; 0: any text
     bool startsGroup = false;  // the first of the option buttons of which one is chosen
     Align align = Align::Left;
     base::Twips indent = 0;  // blank space at both ends of a label's text
@@ -119,6 +121,7 @@ struct WindowState {
     bool tabMoves = false;    // Tab moves between the controls, as it always does in a dialog
     Pointer pointer = Pointer::Arrow;
     bool topmost = false;
+    bool maximized = false;  // covers its whole monitor when it is shown
 };
 
 }  // namespace nqp::forms

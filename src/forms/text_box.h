@@ -22,6 +22,11 @@ public:
         Update();
     }
     void SetAlignment(Align align) { state_.align = align; }
+    // The next two are to be called before the form is loaded. What a person types is no more than
+    // so many digits; SetText takes any text.
+    void TakeDigits(int count) { state_.digits = count; }
+    // It can be read and copied, but not edited.
+    void MakeReadOnly() { state_.readOnly = true; }
 
 private:
     void RaiseChange() override { Change(); }

@@ -5,6 +5,7 @@
 
 #include "base/file.h"
 #include "base/text.h"
+#include "core/program_folder.h"
 
 namespace nqp::fragments {
 namespace {
@@ -25,7 +26,7 @@ core::FragmentJob JobOf(core::JobMode mode, const JobSource& source,
             .percentage =
                 settings.fragment_percentage != 0 ? settings.fragment_percentage : kWholeFragment,
             .statusFile = InFolder(source.programFolder, kStatusFileName),
-            .cancelFile = InFolder(source.programFolder, kFlagFileName),
+            .cancelFile = InFolder(source.programFolder, core::kFlagFileName),
             .outputFile = output,
             .sourceFile = source.file,
             .begin = static_cast<double>(source.beginSeconds),

@@ -9,7 +9,6 @@
 
 namespace nqp::fragments {
 
-inline constexpr char kFlagFileName[] = "flag.txt";
 inline constexpr char kStatusFileName[] = "status.txt";
 
 // The three things that a person can have made of a fragment.

@@ -1,6 +1,7 @@
 #include "fragments/job_watch.h"
 
 #include "base/file.h"
+#include "core/program_folder.h"
 
 namespace nqp::fragments {
 namespace {
@@ -11,7 +12,7 @@ constexpr std::chrono::milliseconds kLookInterval{200};
 }  // namespace
 
 JobWatch::JobWatch(const std::filesystem::path& programFolder, JobKind kind, Moment begin)
-    : flag_(programFolder / kFlagFileName),
+    : flag_(programFolder / core::kFlagFileName),
       deadline_(kind == JobKind::Image ? begin + kImagePatience : Moment::max()),
       next_look_(begin) {}
 

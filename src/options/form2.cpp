@@ -2,8 +2,8 @@
 
 #include "base/file.h"
 #include "base/text.h"
+#include "forms/dialog_look.h"
 #include "forms/run_time_error.h"
-#include "options/look.h"
 #include "options/schedule_summary.h"
 
 namespace nqp::options {
@@ -99,7 +99,7 @@ Form2::Form2(const OptionsContext& context)
       Check6(*this, "Check6", 126, Row(1440), "&Move player window with remote window"),
       Check10(*this, "Check10", 130, Row(2520), "A&utostart player after system reboot"),
       Label4(*this, "Label4", 104, {kLeft, 3075, 2400, kLine}, "Use as &default player:"),
-      Command3(*this, "Command3", 153, {kLeft + 2550, 3030, 2700, look::kButtonHeight},
+      Command3(*this, "Command3", 153, {kLeft + 2550, 3030, 2700, forms::look::kButtonHeight},
                "R&egister File Types"),
 
       Check4(*this, "Check4", 124, Row(660), "A&utostart playback"),
@@ -120,8 +120,10 @@ Form2::Form2(const OptionsContext& context)
              "Frequency of a &target fragment:"),
       Text2(*this, "Text2", 142, {kFieldLeft, 2760, 1200, kFieldHeight}),
       Check9(*this, "Check9", 129, Row(3240), "&Insert picture in video fragment"),
-      Command4(*this, "Command4", 154, {kLeft, 3660, 1350, look::kButtonHeight}, "&Choose"),
-      PictureName(*this, "PictureName", 105, {kLeft + 1500, 3705, kWidth - 1500, kLine}),
+      Command4(*this, "Command4", 154, {kLeft, 3660, 1350, forms::look::kButtonHeight}, "&Choose"),
+      Command5(*this, "Command5", 155, {kLeft + 1500, 3660, 1350, forms::look::kButtonHeight},
+               "P&osition"),
+      PictureName(*this, "PictureName", 105, {kLeft, 4140, kWidth, kLine}),
 
       Label10(*this, "Label10", 110, {kLeft, 330 + kTextDrop, 1200, kLine}, "&Month:"),
       Combo1(*this, "Combo1", 173, {kScheduleLeft, 330, 1950, kFieldHeight}, Months()),
@@ -135,18 +137,19 @@ Form2::Form2(const OptionsContext& context)
       Label15(*this, "Label15", 115, {kLeft, 1410 + kTextDrop, 1260, kLine}, "Fi&le to play:"),
       Text5(*this, "Text5", 145,
             {kScheduleLeft, 1410, kWidth - (kScheduleLeft - kLeft), kFieldHeight}),
-      Command6(*this, "Command6", 156, {kScheduleLeft, 1890, 1500, look::kButtonHeight},
+      Command6(*this, "Command6", 156, {kScheduleLeft, 1890, 1500, forms::look::kButtonHeight},
                "&Browse..."),
-      Command7(*this, "Command7", 157, {kScheduleLeft + 1650, 1890, 1500, look::kButtonHeight},
-               "&Clear"),
+      Command7(*this, "Command7", 157,
+               {kScheduleLeft + 1650, 1890, 1500, forms::look::kButtonHeight}, "&Clear"),
       Summary(*this, "Summary", 106, {kLeft, 2640, kWidth, 1200}),
 
       Command2(*this, "Command2", 152,
-               {kDecisionRight - 2 * kDecisionWidth - look::kButtonGap, kDecisionTop,
-                kDecisionWidth, look::kButtonHeight},
+               {kDecisionRight - 2 * kDecisionWidth - forms::look::kButtonGap, kDecisionTop,
+                kDecisionWidth, forms::look::kButtonHeight},
                "OK", true),
       Command1(*this, "Command1", 151,
-               {kDecisionRight - kDecisionWidth, kDecisionTop, kDecisionWidth, look::kButtonHeight},
+               {kDecisionRight - kDecisionWidth, kDecisionTop, kDecisionWidth,
+                forms::look::kButtonHeight},
                "Cancel"),
       context_(context) {
     FillPages();
@@ -163,30 +166,30 @@ void Form2::FillPages() {
     Frame1[1].Hold({&Heading[2], &Check4, &Check5, &Heading[3], &Check3, &Check7, &Check8});
     Frame1[2].Hold({&Label1, &List1});
     Frame1[3].Hold({&Heading[4], &Label2, &Text1, &Heading[5], &Option1, &Option2, &Label3, &Text2,
-                    &Check9, &Command4, &PictureName});
+                    &Check9, &Command4, &Command5, &PictureName});
     Frame1[4].Hold({&Label10, &Combo1, &Label11, &Combo2, &Label12, &Text3, &Label13, &Text4,
                     &Label14, &Label15, &Text5, &Command6, &Command7, &Summary});
 }
 
 void Form2::PaintPages() {
     for (int page = 0; page < kPages; ++page)
-        Frame1[page].SetForeColor(look::kPaper);
+        Frame1[page].SetForeColor(forms::look::kPaper);
     for (int index = 0; index < kHeadings; ++index) {
         Heading[index].SetCaption(kHeadingPlaces[static_cast<std::size_t>(index)].caption);
         Heading[index].SetFont(true, 1.0F);
-        Heading[index].SetColors(look::kInk, look::kPaper);
+        Heading[index].SetColors(forms::look::kInk, forms::look::kPaper);
     }
     for (forms::Control* control : std::initializer_list<forms::Control*>{
              &Check1, &Check2, &Check3, &Check4, &Check5, &Check6, &Check7, &Check8, &Check9,
              &Check10, &Option1, &Option2}) {
-        control->SetColors(look::kInk, look::kPaper);
+        control->SetColors(forms::look::kInk, forms::look::kPaper);
     }
     for (forms::Label* label : {&Label1, &Label2, &Label3, &Label4, &Label10, &Label11, &Label12,
                                 &Label13, &Label14, &Label15, &Summary}) {
-        label->SetColors(look::kInk, look::kPaper);
+        label->SetColors(forms::look::kInk, forms::look::kPaper);
         label->MarkAccessKey();
     }
-    PictureName.SetColors(look::kFaintInk, look::kPaper);
+    PictureName.SetColors(forms::look::kFaintInk, forms::look::kPaper);
     PictureName.MarkAccessKey();
     Summary.Wrap();
     for (forms::Label* header : Headers()) {
@@ -221,6 +224,7 @@ void Form2::BindHandlers() {
     Command2.Click.calls<&Form2::Command2_Click>(this);
     Command3.Click.calls<&Form2::Command3_Click>(this);
     Command4.Click.calls<&Form2::Command4_Click>(this);
+    Command5.Click.calls<&Form2::Command5_Click>(this);
     Command6.Click.calls<&Form2::Command6_Click>(this);
     Command7.Click.calls<&Form2::Command7_Click>(this);
 }
@@ -323,7 +327,16 @@ void Form2::Command4_Click() {
     ShowPictureName();
 }
 
+// Where nothing was accepted the picture stays where it was.
+void Form2::Command5_Click() {
+    const auto place = context_.InsertBMPForm.Place(picture_path_);
+    if (!place) return;
+    picture_x_ = place->x;
+    picture_y_ = place->y;
+}
+
 void Form2::ShowPictureName() {
+    Command5.SetEnabled(!picture_path_.empty());
     PictureName.SetCaption(picture_path_.empty()
                                ? "No picture is chosen."
                                : base::WithDoubledAmpersands(base::FileNameOf(picture_path_)));
@@ -355,7 +368,7 @@ void Form2::SummarizeSchedule() {
                                                .hour = Text3.Text(),
                                                .minute = Text4.Text(),
                                                .file = Text5.Text()});
-    Summary.SetForeColor(summary.halfSet ? look::kWarningInk : look::kInk);
+    Summary.SetForeColor(summary.halfSet ? forms::look::kWarningInk : forms::look::kInk);
     Summary.SetCaption(base::WithDoubledAmpersands(summary.sentence));
     Label20.SetCaption(summary.halfSet ? kHalfSetCaption : kScheduleCaption);
     Label20.SetAccessibleName(summary.halfSet ? "Schedule, not complete" : "Schedule");

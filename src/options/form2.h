@@ -7,6 +7,7 @@
 
 #include "core/file_dialogs.h"
 #include "core/options_dialog.h"
+#include "core/picture_placement_dialog.h"
 #include "core/remote_window.h"
 #include "core/settings_file.h"
 #include "core/video_window.h"
@@ -31,6 +32,7 @@ struct OptionsContext {
     core::VideoWindow& Form1;
     core::FileDialogs& dialogs;
     forms::Form& Form8;
+    core::PicturePlacementDialog& InsertBMPForm;
 };
 
 // The Options dialog: five pages over the settings file. It reads the file when it opens and writes
@@ -81,6 +83,7 @@ public:
     forms::TextBox Text2;           // share of frames a fragment keeps
     forms::CheckBox Check9;         // insert a picture
     forms::CommandButton Command4;  // chooses the picture
+    forms::CommandButton Command5;  // and its place in the video
     forms::Label PictureName;
 
     forms::Label Label10;
@@ -123,6 +126,7 @@ private:
     void Command2_Click();
     void Command3_Click();
     void Command4_Click();
+    void Command5_Click();
     void Command6_Click();
     void Command7_Click();
 

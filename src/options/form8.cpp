@@ -3,7 +3,7 @@
 #include <array>
 
 #include "core/program_folder.h"
-#include "options/look.h"
+#include "forms/dialog_look.h"
 
 namespace nqp::options {
 namespace {
@@ -35,7 +35,7 @@ constexpr base::Twips kFirstRow = 690;
 constexpr base::Twips kRowPitch = 450;
 constexpr base::Twips kColumnPitch = 2100;
 constexpr base::Size kBox{1800, 300};
-constexpr base::Size kButton{1650, look::kButtonHeight};
+constexpr base::Size kButton{1650, forms::look::kButtonHeight};
 constexpr base::Twips kButtonTop = kClient.height - kMargin - kButton.height;
 
 // Down the left column first.
@@ -52,12 +52,12 @@ Form8::Form8(const Program& program, core::FileAssociationFactory& associations)
                    .caption = "File types",
                    .frame = forms::FrameStyle::Dialog,
                    .bounds = {0, 0, kClient.width, kClient.height},
-                   .backColor = look::kPaper,
+                   .backColor = forms::look::kPaper,
                    .topmost = true}),
       Label1(*this, "Label1", 101, kPromptBounds, "Open these types with this player:"),
       Check1(*this, "Check1", 111, BoxBounds),
       Command2(*this, "Command2", 122,
-               {kClient.width - kMargin - 2 * kButton.width - look::kButtonGap, kButtonTop,
+               {kClient.width - kMargin - 2 * kButton.width - forms::look::kButtonGap, kButtonTop,
                 kButton.width, kButton.height},
                "&Register", true),
       Command1(*this, "Command1", 121,
@@ -65,10 +65,10 @@ Form8::Form8(const Program& program, core::FileAssociationFactory& associations)
                "&UnRegister"),
       program_(program),
       associations_(associations) {
-    Label1.SetColors(look::kInk, look::kPaper);
+    Label1.SetColors(forms::look::kInk, forms::look::kPaper);
     for (int index = 0; index < kTypeCount; ++index) {
         Check1[index].SetCaption(TypeOf(index).caption);
-        Check1[index].SetColors(look::kInk, look::kPaper);
+        Check1[index].SetColors(forms::look::kInk, forms::look::kPaper);
     }
     Command1.Click.calls<&Form8::Command1_Click>(this);
     Command2.Click.calls<&Form8::Command2_Click>(this);

@@ -10,4 +10,8 @@ core::LocalTime SystemClock::Now() const {
     return {.month = now.wMonth, .day = now.wDay, .hour = now.wHour, .minute = now.wMinute};
 }
 
+std::chrono::steady_clock::time_point SystemClock::Steady() const {
+    return std::chrono::steady_clock::now();
+}
+
 }  // namespace nqp::platform

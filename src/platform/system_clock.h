@@ -7,6 +7,7 @@ namespace nqp::platform {
 class SystemClock final : public core::Clock {
 public:
     core::LocalTime Now() const override;
+    std::chrono::steady_clock::time_point Steady() const override;
 };
 
 }  // namespace nqp::platform

@@ -8,6 +8,7 @@ class SystemFileDialogs final : public core::FileDialogs {
 public:
     std::optional<std::string> OpenFile(const core::OpenFileRequest& request) override;
     std::string OpenFiles(const core::OpenFileRequest& request) override;
+    std::optional<std::string> SaveFile(const core::SaveFileRequest& request) override;
 };
 
 }  // namespace nqp::platform

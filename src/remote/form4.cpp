@@ -125,6 +125,7 @@ void Form4::DressPlainly() {
     for (forms::TextBox* field : BoundFields()) {
         field->SetColors(kInk, kFieldPaper);
         field->SetAlignment(forms::Align::Center);
+        field->TakeDigits(2);
     }
     for (forms::Label* colon : Colons())
         colon->SetAlignment(forms::Align::Center);
@@ -162,6 +163,8 @@ void Form4::NameControls() {
     name(Text5, "Fragment end: hours");
     name(Text4, "Fragment end: minutes");
     name(Text6, "Fragment end: seconds");
+    name(Command1, "Mark the begin of a fragment");
+    name(Command2, "Mark the end of the fragment and cut it");
     List1.SetAccessibleName("Playlist");
     Label1.SetToolTipText(core::kApplicationTitle);
     Label2.SetToolTipText("Elapsed or total time");
@@ -213,6 +216,14 @@ void Form4::BindHandlers() {
     clear_items.Click.calls<&Form4::clear_items_Click>(this);
     clear_playlist.Click.calls<&Form4::clear_playlist_Click>(this);
     repeat.Click.calls<&Form4::repeat_Click>(this);
+    Text1.LostFocus.calls<&Form4::Text1_LostFocus>(this);
+    Text2.LostFocus.calls<&Form4::Text2_LostFocus>(this);
+    Text3.LostFocus.calls<&Form4::Text3_LostFocus>(this);
+    Text4.LostFocus.calls<&Form4::Text4_LostFocus>(this);
+    Text5.LostFocus.calls<&Form4::Text5_LostFocus>(this);
+    Text6.LostFocus.calls<&Form4::Text6_LostFocus>(this);
+    Command1.Click.calls<&Form4::Command1_Click>(this);
+    Command2.Click.calls<&Form4::Command2_Click>(this);
     Label2.Click.calls<&Form4::Label2_Click>(this);
     Label2.MouseDown.calls<&Form4::Label2_MouseDown>(this);
     Timer1.Timer.calls<&Form4::Timer1_Timer>(this);
@@ -269,7 +280,10 @@ void Form4::Form_Unload() {
     save_playlist();
     SaveSettingsFile();
     context_.tray.SetTrayIcon(core::TrayMessage::Delete, Handle(), {});
+    EndCompanions();
     Form1_.UnloadWindow();
+    if (wizard_) context_.wizards.CloseWindow();
+    wizard_.reset();
 }
 
 }  // namespace nqp::remote

@@ -2,14 +2,18 @@
 
 #include <array>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "core/audio_track.h"
+#include "core/companion.h"
 #include "core/file_association.h"
 #include "core/file_dialogs.h"
+#include "core/message_boxes.h"
 #include "core/options_dialog.h"
 #include "core/remote_window.h"
 #include "core/schedule.h"
@@ -17,6 +21,7 @@
 #include "core/shell.h"
 #include "core/tray_icon.h"
 #include "core/video_window.h"
+#include "core/wizard.h"
 #include "forms/command_button.h"
 #include "forms/form.h"
 #include "forms/label.h"
@@ -26,6 +31,9 @@
 #include "forms/picture_box.h"
 #include "forms/text_box.h"
 #include "forms/timer_control.h"
+#include "fragments/fragment_bounds.h"
+#include "fragments/hand_off.h"
+#include "fragments/job_watch.h"
 #include "playlist/playlist_store.h"
 #include "remote/hover_highlight.h"
 #include "remote/knob_drag.h"
@@ -52,12 +60,16 @@ struct RemoteContext {
     core::FileAssociationFactory& associations;
     const core::Clock& clock;
     std::string programName;  // of the program file, without its extension
+    core::WizardFactory& wizards;
+    core::Companion& companion;
+    core::AudioTrackWriter& audio;
+    core::MessageBoxes& boxes;
 };
 
 // The remote control window: it owns the settings in memory and the transport flags, and its load
 // runs the program's start sequence. Its handlers stand in the file of the thing they serve:
-// form4_buttons, form4_sliders, form4_frame, form4_skin, form4_playlist, form4_schedule and
-// form4_settings.
+// form4_buttons, form4_sliders, form4_frame, form4_skin, form4_playlist, form4_schedule,
+// form4_fragment, form4_wizard and form4_settings.
 class Form4 final : public forms::Form, public core::RemoteWindow {
 public:
     explicit Form4(const RemoteContext& context);
@@ -81,7 +93,18 @@ public:
 
     // The path of the file that was opened last.
     const std::string& glob_FilePath() const { return file_path_; }
+    // The fragment that is marked, seconds. Throw when a field holds no number.
+    std::int32_t glob_PosBegin() const { return MarkedFragment().BeginSeconds(); }
+    std::int32_t glob_PosEnd() const { return MarkedFragment().EndSeconds(); }
+
+    // Turns the clip that the audio job at hand has left into the sound file that was asked for.
+    void save_audio();
+    // Progress text for the wizard.
+    void set_form7_status(const std::string& stat);
     const Transport& Flags() const { return transport_; }
+    bool wizard_active() const { return wizard_ != nullptr; }
+    // A job was started that the remote does not wait for.
+    bool job_nowait() const { return !jobs_beside_.empty(); }
     int hover_button() const { return hover_.hover_button(); }
     // The whole second that the position knob was last let go at.
     std::int32_t LastSeekTarget() const { return last_seek_target_; }
@@ -177,6 +200,20 @@ private:
     void clear_playlist_Click();
     void repeat_Click();
 
+    // Fragment.
+    void Text1_LostFocus() { LeaveBound(fragments::BoundEnd::Begin, fragments::BoundPart::Hours); }
+    void Text2_LostFocus() {
+        LeaveBound(fragments::BoundEnd::Begin, fragments::BoundPart::Minutes);
+    }
+    void Text3_LostFocus() {
+        LeaveBound(fragments::BoundEnd::Begin, fragments::BoundPart::Seconds);
+    }
+    void Text5_LostFocus() { LeaveBound(fragments::BoundEnd::End, fragments::BoundPart::Hours); }
+    void Text4_LostFocus() { LeaveBound(fragments::BoundEnd::End, fragments::BoundPart::Minutes); }
+    void Text6_LostFocus() { LeaveBound(fragments::BoundEnd::End, fragments::BoundPart::Seconds); }
+    void Command1_Click();
+    void Command2_Click();
+
     // Sliders and time.
     void Picture12_MouseDown(const base::MouseEvent& mouse);
     void Picture12_MouseMove(const base::MouseEvent& mouse);
@@ -225,6 +262,21 @@ private:
     void ShowTitle(const std::string& path);
     void PutTitle(const std::string& title);
     void ResetFragmentBounds();
+    fragments::FragmentBounds MarkedFragment() const;
+    void ShowFragment(const fragments::FragmentBounds& bounds);
+    void LeaveBound(fragments::BoundEnd which, fragments::BoundPart part);
+    void OpenWizard();
+    void ServeWizard();
+    std::optional<fragments::JobKind> WaitingJob();
+    void RunJob(fragments::JobKind kind);
+    void DoJob(fragments::JobKind kind);
+    void DoAudioJob(const fragments::JobSource& source, const std::string& output);
+    bool RunCompanion(const core::FragmentJob& job, fragments::JobKind kind);
+    void WaitFor(core::CompanionJob& job, fragments::JobWatch& watch) const;
+    void FinishAudioTarget();
+    bool ReportAudioProgress(int percent);
+    void EndJob();
+    void EndCompanions();
     void RecordPosition();
     void MoveVideoAlong();
     void RestoreFromTray();
@@ -282,7 +334,12 @@ private:
     std::string file_path_;
     std::string title_;
     bool tray_restore_ = false;
-    bool choosing_ = false;  // the open dialog is up
+    bool choosing_ = false;                            // the open dialog is up
+    std::unique_ptr<core::Wizard> wizard_;             // null: the wizard was not opened
+    bool serving_wizard_ = false;                      // a job is under way, or is being asked for
+    std::unique_ptr<core::CompanionJob> waiting_job_;  // that the remote waits for
+    std::vector<std::unique_ptr<core::CompanionJob>> jobs_beside_;  // that go on without it
+    fragments::AudioTarget audio_target_;                           // of the audio job at hand
     // What keeps its distance to the right edge, with its place at the smallest width.
     std::vector<std::pair<forms::Control*, base::Twips>> right_side_;
 };

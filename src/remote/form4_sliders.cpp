@@ -153,6 +153,8 @@ void Form4::Label2_MouseDown(const base::MouseEvent&) {
 }
 
 void Form4::Timer1_Timer() {
+    ServeWizard();
+    if (!Loaded()) return;
     const core::MediaEngine& engine = Form1_.MediaPlayer1();
     const double position = engine.CurrentPosition();
     if (position == core::kNothingLoaded) return;

@@ -38,19 +38,21 @@ std::unique_ptr<core::FileAssociation> RecordingAssociations::Create() {
 
 Player::Player(const std::string& commandLine)
     : form4({folder.Path(), commandLine, form1, form1.med, dialogs, tray, shell, form2,
-             associations, clock, "nqp"}),
+             associations, clock, "nqp", wizards, companion, audio, boxes}),
       commandLine_(commandLine) {
     form1.Connect(form4, form5);
     form5.Connect(form1, form1, form4, form6);
     form6.SetOpener(form1);
     form2.Connect(form4);
     form2.SetOpener(form4);
+    insertBMPForm.SetOpener(form2);
     folder.Put(core::kStartUpMarkerName, "0");
 }
 
 Player::~Player() {
     form6.Unload();
     form5.Unload();
+    insertBMPForm.Unload();
     form2.Unload();
     form8.Unload();
     form4.Unload();
@@ -59,7 +61,7 @@ Player::~Player() {
 }
 
 core::LaunchMode Player::Start() {
-    const core::MainApp app(folder.Path(), commandLine_, *this);
+    const core::MainApp app(folder.Path(), {commandLine_}, *this);
     RunMessages();
     return app.Mode();
 }

@@ -8,6 +8,7 @@
 
 #include "base/file.h"
 #include "core/main_app.h"
+#include "fragment_tools.h"
 #include "options/form2.h"
 #include "options/form8.h"
 #include "remote/form4.h"
@@ -17,6 +18,7 @@
 #include "video/form5.h"
 #include "video/form6.h"
 #include "window_driver.h"
+#include "wizard/insert_bmp_form.h"
 
 namespace nqp::test {
 
@@ -34,6 +36,14 @@ public:
         return severalAnswer;
     }
 
+    std::optional<std::string> SaveFile(const core::SaveFileRequest& request) override {
+        lastSaveRequest = request;
+        if (whenAsked) whenAsked();
+        return saveAnswer;
+    }
+
+    std::optional<std::string> saveAnswer;  // the whole buffer; nothing: the person cancels
+    core::SaveFileRequest lastSaveRequest;
     std::optional<std::string> answer;  // nothing: the person cancels
     std::string severalAnswer;          // what the dialog leaves in its buffer; empty: cancelled
     std::function<void()> whenAsked;
@@ -73,8 +83,13 @@ public:
 class SetClock final : public core::Clock {
 public:
     core::LocalTime Now() const override { return now; }
+    std::chrono::steady_clock::time_point Steady() const override {
+        return steady += passesAtEachLook;
+    }
 
     core::LocalTime now{.month = 6, .day = 2, .hour = 12, .minute = 34};
+    mutable std::chrono::steady_clock::time_point steady{std::chrono::hours(1)};
+    std::chrono::seconds passesAtEachLook{0};
 };
 
 // The windows of the program over a scripted engine, in a program folder of their own.
@@ -109,7 +124,12 @@ public:
     video::Form6 form6{engine};
     video::Form5 form5;
     options::Form8 form8{{"C:\\My Player", "nqp"}, associations};
-    options::Form2 form2{{folder.Path(), form1, dialogs, form8}};
+    ScriptedBoxes boxes;
+    ScriptedWizards wizards;
+    ScriptedCompanion companion;
+    ScriptedAudioWriter audio;
+    wizard::InsertBMPForm insertBMPForm{boxes};
+    options::Form2 form2{{folder.Path(), form1, dialogs, form8, insertBMPForm}};
     remote::Form4 form4;
 
 private:

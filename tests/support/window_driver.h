@@ -53,7 +53,8 @@ void OnNextDrag(forms::Form& form, std::function<base::Rect(forms::HitCode)> dra
 // Chooses an item in the next menu that the form pops up.
 void ChooseInNextMenu(forms::Form& form, const forms::Menu& menu, const forms::MenuItem& item);
 
-// What happens while the next dialog is up; it must end with the dialog's unload. Dialogs may be
+// What happens while the next dialog is up, or while the program waits for a state; it must end
+// with the dialog gone, or with that state. Dialogs may be
 // opened one inside the other: the inner one's action is given before it opens.
 void OnNextModal(std::function<void()> act);
 

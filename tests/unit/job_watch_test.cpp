@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/program_folder.h"
 #include "temp_folder.h"
 
 namespace nqp::fragments {
@@ -14,7 +15,7 @@ using Verdict = JobWatch::Verdict;
 
 class JobWatchTest : public testing::Test {
 protected:
-    void Cancel() const { folder_.Put(kFlagFileName, ""); }
+    void Cancel() const { folder_.Put(core::kFlagFileName, ""); }
 
     test::TempFolder folder_;
     Moment begin_ = Moment() + hours(1);

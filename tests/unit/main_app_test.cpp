@@ -19,7 +19,10 @@ public:
 class MainAppTest : public testing::Test {
 protected:
     LaunchMode Start(const std::string& commandLine = {}) {
-        return MainApp(folder_.Path(), commandLine, windows_).Mode();
+        return MainApp(folder_.Path(), {commandLine}, windows_).Mode();
+    }
+    LaunchMode StartByAutomation() {
+        return MainApp(folder_.Path(), {{}, true}, windows_).Mode();
     }
     std::string Marker() const { return folder_.Content("startup.cfg"); }
 
@@ -88,6 +91,32 @@ TEST(FlagFile, IsDeletedFromTheProgramFolder) {
     DeleteFlagFile(folder.Path());
     EXPECT_FALSE(folder.Has("flag.txt"));
     DeleteFlagFile(folder.Path());  // a missing one is no error
+}
+
+TEST_F(MainAppTest, StartByTheAutomationLayerShowsNothingWhateverTheMarkerHolds) {
+    for (const char* marker : {"0", "1", ""}) {
+        folder_.Put("startup.cfg", marker);
+        EXPECT_EQ(StartByAutomation(), LaunchMode::Automation);
+        EXPECT_EQ(windows_.done, "");
+        EXPECT_EQ(Marker(), "0");
+    }
+}
+
+TEST_F(MainAppTest, ArmedAutomationStartIsForOneStart) {
+    folder_.Put("startup.cfg", "0");
+    {
+        const ArmedAutomationStart armed(folder_.Path());
+        EXPECT_EQ(Marker(), "1");
+        EXPECT_EQ(Start(), LaunchMode::Automation);
+        EXPECT_EQ(Marker(), "0");
+    }
+    EXPECT_EQ(Start(), LaunchMode::Ordinary);
+}
+
+TEST_F(MainAppTest, ArmedAutomationStartThatNobodyUsedIsTakenBack) {
+    folder_.Put("startup.cfg", "0");
+    { const ArmedAutomationStart armed(folder_.Path()); }
+    EXPECT_EQ(Marker(), "0");
 }
 
 }  // namespace

@@ -148,6 +148,21 @@ void QuitMessageLoop(int exitCode) {
 
 }  // namespace win32
 
+void RunMessagesUntil(const std::function<bool()>& condition) {
+    win32::RunModalLoop(condition);
+}
+
+void RunWaitingMessages() {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));  // for the loop outside
+            return;
+        }
+        win32::Dispatch(message);
+    }
+}
+
 void Post(std::function<void()> task) {
     win32::Tasks().push_back(std::move(task));
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);

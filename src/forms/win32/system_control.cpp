@@ -38,8 +38,10 @@ class EditControl final : public ControlWindow {
 public:
     EditControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
-        Create(L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL | EditAlignment(state.align),
-               window.IsDialog() ? WS_EX_CLIENTEDGE : 0);
+        Create(L"EDIT", StyleOf(state), window.IsDialog() ? WS_EX_CLIENTEDGE : 0);
+        if (state.digits > 0) {
+            SendMessageW(Hwnd(), EM_SETLIMITTEXT, static_cast<WPARAM>(state.digits), 0);
+        }
     }
 
     void Notify(UINT message, WORD code) override {
@@ -49,6 +51,11 @@ public:
     }
 
 private:
+    static DWORD StyleOf(const ControlState& state) {
+        return ES_AUTOHSCROLL | EditAlignment(state.align) | (state.tabStop ? WS_TABSTOP : 0U) |
+               (state.digits > 0 ? ES_NUMBER : 0U) | (state.readOnly ? ES_READONLY : 0U);
+    }
+
     std::string Text() const {
         std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(Hwnd())) + 1, L'\0');
         const int length = GetWindowTextW(Hwnd(), text.data(), static_cast<int>(text.size()));

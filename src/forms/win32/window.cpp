@@ -414,22 +414,31 @@ void Window::ShowModal(const std::function<void()>& shown) {
 void Window::Retire() {
     NoteProgramActed();
     events_ = nullptr;
-    modal_.reset();  // before this window hides, so that its owner can become active
-    // The owner becomes active before this window goes, so that nobody has to look for a successor
-    // and finds one after the program has already put another window in front.
+    LeaveToOwner();
+    ShowWindow(hwnd_, SW_HIDE);
+}
+
+// The owner becomes active before this window goes, so that nobody has to look for a successor and
+// finds one after the program has already put another window in front.
+void Window::LeaveToOwner() {
+    modal_.reset();  // first, so that the owner can become active
     const HWND owner = GetWindow(hwnd_, GW_OWNER);
     const bool active = GetActiveWindow() == hwnd_ && !deactivating_;
     const bool usable =
         IsWindowVisible(owner) != 0 && IsWindowEnabled(owner) != 0 && IsIconic(owner) == 0;
     if (active && usable) SetActiveWindow(owner);
-    ShowWindow(hwnd_, SW_HIDE);
 }
 
 void Window::Show() {
     NoteProgramActed();
-    const int command = IsWindowEnabled(hwnd_) != 0 ? SW_SHOW : SW_SHOWNA;
-    ShowWindow(hwnd_, IsIconic(hwnd_) != 0 ? SW_RESTORE : command);
+    ShowWindow(hwnd_, ShowCommand());
     Activate();
+}
+
+int Window::ShowCommand() const {
+    if (IsIconic(hwnd_) != 0) return SW_RESTORE;
+    if (state_.maximized) return SW_SHOWMAXIMIZED;
+    return IsWindowEnabled(hwnd_) != 0 ? SW_SHOW : SW_SHOWNA;
 }
 
 // A window that takes no input leaves the keys to the dialog that it waits for.
@@ -452,6 +461,7 @@ void Window::ShowOnTop() {
 
 void Window::Hide() {
     NoteProgramActed();
+    if (modal_) LeaveToOwner();
     ShowWindow(hwnd_, SW_HIDE);
 }
 
@@ -476,6 +486,22 @@ base::Rect Window::Bounds() const {
     bounds.width = base::PixelsToTwips(static_cast<int>(pixels.right - pixels.left), dpi_);
     bounds.height = base::PixelsToTwips(static_cast<int>(pixels.bottom - pixels.top), dpi_);
     return bounds;
+}
+
+base::Size Window::ClientSize() const {
+    RECT area{};
+    GetClientRect(hwnd_, &area);
+    return {base::PixelsToTwips(static_cast<int>(area.right), dpi_),
+            base::PixelsToTwips(static_cast<int>(area.bottom), dpi_)};
+}
+
+void Window::SetCaption(const std::string& caption) {
+    SetWindowTextW(hwnd_, winapi::Utf16(caption).c_str());
+}
+
+void Window::Maximize() {
+    state_.maximized = true;
+    if (IsWindowVisible(hwnd_) != 0) ShowWindow(hwnd_, SW_SHOWMAXIMIZED);
 }
 
 base::Twips Window::TwipsPerPixel() const {

@@ -60,6 +60,10 @@ public:
     base::Rect Bounds() const override;
     base::Twips TwipsPerPixel() const override;
     float ScreenScale() const override;
+    base::Size ClientSize() const override;
+    void SetCaption(const std::string& caption) override;
+    void Maximize() override;
+    bool Maximized() const override { return IsZoomed(hwnd_) != 0; }
     void SetTopmost(bool topmost) override;
     void BringToFront() override;
     void SetPointer(Pointer pointer) override;
@@ -78,6 +82,8 @@ private:
     void Create(HWND owner);
     void GoToControl(HWND control);
     void Activate();
+    int ShowCommand() const;
+    void LeaveToOwner();
     void HandleActivation(bool active, HWND other);
     bool Opened(HWND other) const;
     void RememberFocus(bool active);

@@ -88,6 +88,14 @@ private:
 
 }  // namespace
 
+void ActInModalLoop() {
+    const auto act = std::move(next_modals.front());
+    next_modals.pop_front();
+    ++modal_depth;
+    act();
+    --modal_depth;
+}
+
 void OnNextModal(std::function<void()> act) {
     next_modals.push_back(std::move(act));
 }
@@ -134,10 +142,16 @@ Window::Window(const forms::WindowState& state, forms::WindowEvents& sink, Windo
     : events(&sink),
       owner(opener),
       bounds(WholePixels(state.bounds)),
+      caption(state.caption),
       topmost(state.topmost),
       pointer(state.pointer),
       backdrop(state.backdrop) {
+    if (state.maximized) {
+        maximized = true;
+        bounds = {0, 0, kScreen.width, kScreen.height};
+    }
     if (state.frame == forms::FrameStyle::Dialog) {
+        framed = true;
         bounds.width += kDialogFrame.width;
         bounds.height += kDialogFrame.height;
     }
@@ -164,12 +178,18 @@ void Window::ShowModal(const std::function<void()>& shown) {
     Show();
     shown();
     if (next_modals.empty()) GiveUp("nobody closes the dialog");
-    const auto act = std::move(next_modals.front());
-    next_modals.pop_front();
-    ++modal_depth;
-    act();
-    --modal_depth;
-    if (events != nullptr) GiveUp("the dialog was not closed");
+    ActInModalLoop();
+    if (events != nullptr && visible) GiveUp("the dialog was not closed");
+}
+
+base::Size Window::ClientSize() const {
+    if (!framed) return {bounds.width, bounds.height};
+    return {bounds.width - kDialogFrame.width, bounds.height - kDialogFrame.height};
+}
+
+void Window::Maximize() {
+    maximized = true;
+    Move({0, 0, kScreen.width, kScreen.height});
 }
 
 void Window::ShowOnTop() {
@@ -258,6 +278,15 @@ std::unique_ptr<ControlPeer> CreateControlPeer(const ControlState& state, Contro
 std::unique_ptr<TimerPeer> CreateTimerPeer(int milliseconds, std::function<void()> tick) {
     return std::make_unique<headless::Timer>(milliseconds, std::move(tick));
 }
+
+void RunMessagesUntil(const std::function<bool()>& condition) {
+    if (condition()) return;
+    if (headless::next_modals.empty()) headless::GiveUp("nobody ends the wait");
+    headless::ActInModalLoop();
+    if (!condition()) headless::GiveUp("the wait was not ended");
+}
+
+void RunWaitingMessages() {}
 
 void Post(std::function<void()> task) {
     headless::tasks.push_back(std::move(task));

@@ -26,6 +26,10 @@ public:
     base::Rect Bounds() const override { return bounds; }
     base::Twips TwipsPerPixel() const override;
     float ScreenScale() const override { return 1.0F; }
+    base::Size ClientSize() const override;
+    void SetCaption(const std::string& shown) override { caption = shown; }
+    void Maximize() override;
+    bool Maximized() const override { return maximized; }
     void SetTopmost(bool on) override;
     void BringToFront() override;
     void SetPointer(forms::Pointer shape) override { pointer = shape; }
@@ -39,7 +43,10 @@ public:
     Window* owner;
     base::Rect bounds;
     bool visible = false;
+    std::string caption;
     bool topmost = false;
+    bool maximized = false;
+    bool framed = false;
     forms::Pointer pointer;
     forms::Backdrop backdrop;
     Control* focus = nullptr;
@@ -76,8 +83,10 @@ public:
     int focusedLine = -1;
 };
 
-// What happens while the next window is shown modally; the last thing must unload it.
+// What happens while the next window is shown modally; the last thing must hide or unload it. Or
+// while the program waits for a state, which must come of it.
 void OnNextModal(std::function<void()> act);
+void ActInModalLoop();
 // The window that is active; null while another program is.
 Window* ActiveWindow();
 void MakeActive(Window* window, bool byPerson = false);
