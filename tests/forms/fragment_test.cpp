@@ -580,7 +580,6 @@ TEST_F(Fragment, StillThatNeverComesIsGivenUp) {
     player_.companion.returned = false;
     player_.clock.passesAtEachLook = fragments::kImagePatience;
     player_.wizards.AskForImage(Padded("C:\\a\\still.bmp"));
-    OnNextModal([] {});
     Tick();
     EXPECT_GE(player_.companion.killed, 1);
     EXPECT_EQ(last_error, "Framewright.exe did not come to the end of its job.");

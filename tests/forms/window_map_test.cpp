@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "player.h"
+#include "wizard/form3.h"
 
 namespace nqp::test {
 namespace {
@@ -67,10 +68,16 @@ std::string WindowMap(const Player& player) {
            "The media player answers the registered window message \"nqp.MediaPlayer\"; its "
            "numbers are in\n`src/platform/engine/script_messages.h`.\n";
     Describe(player.form2, "the options", map);
+    ScriptedDialogs dialogs;
+    const wizard::Form3 form3({{}, dialogs, {}});
+    Describe(form3, "the Quillon Wizard, in a process of its own", map);
     Describe(player.form4, "the remote control", map);
     Describe(player.form5, "the context menu", map);
     Describe(player.form6, "the play-rate dialog", map);
+    const wizard::Form7 form7;
+    Describe(form7, "the progress text of the wizard, never seen", map);
     Describe(player.form8, "the file types", map);
+    Describe(player.insertBMPForm, "the place of the picture in a fragment", map);
     return map.str();
 }
 
@@ -90,9 +97,11 @@ TEST(WindowMap, IsThePageInTheDocumentation) {
 
 TEST(WindowMap, GivesEveryControlOfAWindowANumberOfItsOwn) {
     const Player player;
-    for (const forms::Form* form :
-         std::initializer_list<const forms::Form*>{&player.form1, &player.form2, &player.form4,
-                                                   &player.form5, &player.form6, &player.form8}) {
+    ScriptedDialogs dialogs;
+    const wizard::Form3 form3({{}, dialogs, {}});
+    for (const forms::Form* form : std::initializer_list<const forms::Form*>{
+             &player.form1, &player.form2, &form3, &player.form4, &player.form5, &player.form6,
+             &player.form8, &player.insertBMPForm}) {
         std::set<int> ids;
         for (const forms::Control* control : form->Controls()) {
             if (IsDrawnOnTheFace(*control)) continue;

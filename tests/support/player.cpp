@@ -79,14 +79,17 @@ void Player::Show() {
 void Player::ChangeOptions(const std::function<void()>& act) {
     OnNextModal([this, act] {
         if (act) act();
-        ClickOn(form2.Command2);
+        if (form2.Loaded()) ClickOn(form2.Command2);
     });
     form4.Picture10_Click();
     RunMessages();
 }
 
-void Player::CancelOptions() {
-    OnNextModal([this] { ClickOn(form2.Command1); });
+void Player::CancelOptions(const std::function<void()>& act) {
+    OnNextModal([this, act] {
+        if (act) act();
+        if (form2.Loaded()) ClickOn(form2.Command1);
+    });
     form4.Picture10_Click();
     RunMessages();
 }

@@ -105,9 +105,10 @@ public:
     void Load() override;
     void Show() override;
 
-    // Opens the options from the remote, acts in them, and accepts or cancels.
+    // Opens the options from the remote, acts in them, and accepts or cancels; not when the act
+    // has already closed them.
     void ChangeOptions(const std::function<void()>& act = {});
-    void CancelOptions();
+    void CancelOptions(const std::function<void()>& act = {});
 
     // One record of "options.cfg", to be written before the start or read after the end.
     void PutSetting(int record, const std::string& text) const;
