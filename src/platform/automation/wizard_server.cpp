@@ -256,7 +256,8 @@ private:
 
 void WizardServer::Served::OfferClass(const std::shared_ptr<Served>& served) {
     const auto factory = winapi::MakeCom<ClassObject>(served);
-    // The next one is on offer before the old one is withdrawn.
+    // Not every system has room for two of one class.
+    served->offer_.reset();
     served->offer_ = std::make_unique<Offer>(*factory.Get());
 }
 
