@@ -5,7 +5,7 @@ set -euo pipefail
 
 build_packages=(
   ca-certificates cmake ninja-build make g++ g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
-  mingw-w64-tools googletest librsvg2-bin imagemagick python3
+  mingw-w64-tools libwine googletest librsvg2-bin imagemagick python3
 )
 run_packages=(
   wine wine64 xvfb openbox xdotool x11-utils x11-xserver-utils imagemagick ffmpeg

@@ -49,28 +49,28 @@ std::optional<std::wstring> RegistryValue::Text() const {
     return text;
 }
 
-RegistryKey RegistryKey::Create(const std::wstring& path) {
+RegistryKey RegistryKey::Create(const std::wstring& path, HKEY root) {
     HKEY key = nullptr;
     Check("RegCreateKeyExW",
-          RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+          RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                           KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
     return RegistryKey(key);
 }
 
-std::optional<RegistryKey> RegistryKey::Open(const std::wstring& path, REGSAM access) {
+std::optional<RegistryKey> RegistryKey::Open(const std::wstring& path, REGSAM access, HKEY root) {
     HKEY key = nullptr;
-    const LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, access, &key);
+    const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, access, &key);
     if (Missing(status)) return std::nullopt;
     Check("RegOpenKeyExW", status);
     return RegistryKey(key);
 }
 
-std::optional<RegistryKey> RegistryKey::OpenToRead(const std::wstring& path) {
-    return Open(path, KEY_READ);
+std::optional<RegistryKey> RegistryKey::OpenToRead(const std::wstring& path, HKEY root) {
+    return Open(path, KEY_READ, root);
 }
 
-std::optional<RegistryKey> RegistryKey::OpenToWrite(const std::wstring& path) {
-    return Open(path, KEY_READ | KEY_WRITE);
+std::optional<RegistryKey> RegistryKey::OpenToWrite(const std::wstring& path, HKEY root) {
+    return Open(path, KEY_READ | KEY_WRITE, root);
 }
 
 std::optional<RegistryValue> RegistryKey::Value(const std::wstring& name) const {
@@ -141,8 +141,9 @@ bool RegistryKeyExists(const std::wstring& path) {
     return RegistryKey::OpenToRead(path).has_value();
 }
 
-std::optional<RegistryValue> RegistryValueAt(const std::wstring& path, const std::wstring& name) {
-    const auto key = RegistryKey::OpenToRead(path);
+std::optional<RegistryValue> RegistryValueAt(const std::wstring& path, const std::wstring& name,
+                                             HKEY root) {
+    const auto key = RegistryKey::OpenToRead(path, root);
     return key ? key->Value(name) : std::nullopt;
 }
 
@@ -159,8 +160,8 @@ void DeleteEmptyRegistryKey(const std::wstring& path) {
     if (!Missing(status)) Check("RegDeleteKeyW", status);
 }
 
-void DeleteRegistryTree(const std::wstring& path) {
-    const LSTATUS status = RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
+void DeleteRegistryTree(const std::wstring& path, HKEY root) {
+    const LSTATUS status = RegDeleteTreeW(root, path.c_str());
     if (!Missing(status)) Check("RegDeleteTreeW", status);
 }
 

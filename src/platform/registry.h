@@ -31,14 +31,16 @@ struct RegistryValue {
     std::optional<std::wstring> Text() const;
 };
 
-// A key of the present user; paths are below HKEY_CURRENT_USER. What the system refuses becomes a
-// RegistryError; what is missing is none.
+// A key; paths are below the root, which is the present user's part where nothing else is said.
+// What the system refuses becomes a RegistryError; what is missing is none.
 class RegistryKey {
 public:
     // Opens the key for reading and writing, and makes what is missing of its path.
-    static RegistryKey Create(const std::wstring& path);
-    static std::optional<RegistryKey> OpenToRead(const std::wstring& path);
-    static std::optional<RegistryKey> OpenToWrite(const std::wstring& path);
+    static RegistryKey Create(const std::wstring& path, HKEY root = HKEY_CURRENT_USER);
+    static std::optional<RegistryKey> OpenToRead(const std::wstring& path,
+                                                 HKEY root = HKEY_CURRENT_USER);
+    static std::optional<RegistryKey> OpenToWrite(const std::wstring& path,
+                                                  HKEY root = HKEY_CURRENT_USER);
 
     // The value with the empty name is the key's default value.
     std::optional<RegistryValue> Value(const std::wstring& name) const;
@@ -57,17 +59,18 @@ private:
     };
 
     explicit RegistryKey(HKEY key) : key_(key) {}
-    static std::optional<RegistryKey> Open(const std::wstring& path, REGSAM access);
+    static std::optional<RegistryKey> Open(const std::wstring& path, REGSAM access, HKEY root);
 
     std::unique_ptr<std::remove_pointer_t<HKEY>, Closer> key_;
 };
 
 bool RegistryKeyExists(const std::wstring& path);
-std::optional<RegistryValue> RegistryValueAt(const std::wstring& path, const std::wstring& name);
+std::optional<RegistryValue> RegistryValueAt(const std::wstring& path, const std::wstring& name,
+                                             HKEY root = HKEY_CURRENT_USER);
 void DeleteRegistryValue(const std::wstring& path, const std::wstring& name);
 // Leaves a key that holds anything.
 void DeleteEmptyRegistryKey(const std::wstring& path);
 // With all that is in it.
-void DeleteRegistryTree(const std::wstring& path);
+void DeleteRegistryTree(const std::wstring& path, HKEY root = HKEY_CURRENT_USER);
 
 }  // namespace nqp::platform

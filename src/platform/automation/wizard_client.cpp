@@ -1,0 +1,106 @@
+#include "platform/automation/wizard_client.h"
+
+#include <windows.h>
+
+#include <initializer_list>
+#include <optional>
+
+#include "forms/run_time_error.h"
+#include "platform/automation/late_bound.h"
+#include "platform/handle.h"
+#include "platform/process.h"
+
+namespace nqp::platform {
+namespace {
+
+constexpr wchar_t kWizardWindowClass[] = L"nqp.Form3";
+constexpr char kNotStarted[] = "The Quillon Wizard could not be started.";
+constexpr char kGone[] = "The Quillon Wizard is gone.";
+
+[[noreturn]] void Throw(const AutomationError& error) {
+    WriteDebugLine(error.what());
+    throw forms::RunTimeError(error.Description().empty() ? kGone : error.Description());
+}
+
+class AutomationWizard final : public core::Wizard {
+public:
+    AutomationWizard() : object_(core::kWizardProgId) { object_.AllowForeground(); }
+
+    void init() override { Call("init"); }
+    void hide_status() override { Call("hide_status"); }
+    void set_filepath(const std::string& fpath) override { Call("set_filepath", {fpath}); }
+    void set_form7_status(const std::string& stat) override { Call("set_form7_status", {stat}); }
+    void update_numbers(const std::string& str_n1, const std::string& str_n2) override {
+        Call("update_numbers", {str_n1, str_n2});
+    }
+    bool Get_frwt_video() override { return Ask<bool>("Get_frwt_video"); }
+    bool Get_frwt_audio() override { return Ask<bool>("Get_frwt_audio"); }
+    bool Get_frwt_image() override { return Ask<bool>("Get_frwt_image"); }
+    bool Get_frwt_unload() override { return Ask<bool>("Get_frwt_unload"); }
+    std::string Get_frwt_OutFilePath() override { return Ask<std::string>("Get_frwt_OutFilePath"); }
+
+private:
+    AutomationValue Call(const char* method,
+                         std::initializer_list<core::MemberValue> arguments = {}) {
+        try {
+            return object_.Call(method, {arguments.begin(), arguments.size()});
+        } catch (const AutomationError& error) {
+            Throw(error);
+        }
+    }
+
+    template <class Answer>
+    Answer Ask(const char* method) {
+        const AutomationValue answer = Call(method);
+        if (const auto* value = std::get_if<Answer>(&answer)) return *value;
+        Throw(AutomationError(method, DISP_E_TYPEMISMATCH));
+    }
+
+    LateBound object_;
+};
+
+// As the system spells it, the same way for every process; empty for one that is out of reach.
+std::wstring ProgramOf(DWORD process) {
+    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+    if (!handle) return {};
+    constexpr DWORD kLongestPath = 32768;
+    std::wstring path(kLongestPath, L'\0');
+    DWORD length = kLongestPath;
+    if (!QueryFullProcessImageNameW(handle.get(), 0, path.data(), &length)) return {};
+    path.resize(length);
+    return path;
+}
+
+bool SameFile(const std::wstring& left, const std::wstring& right) {
+    return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
+                                static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
+}
+
+bool IsWizardOf(HWND window, const std::wstring& program) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return IsWindowVisible(window) && SameFile(ProgramOf(process), program);
+}
+
+}  // namespace
+
+std::unique_ptr<core::Wizard> AutomationWizards::Create() {
+    try {
+        return std::make_unique<AutomationWizard>();
+    } catch (const AutomationError& error) {
+        WriteDebugLine(error.what());
+        throw forms::RunTimeError(kNotStarted);
+    }
+}
+
+base::NativeWindow AutomationWizards::Window() const {
+    std::optional<std::wstring> program;
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, kWizardWindowClass, nullptr)) != nullptr) {
+        if (!program) program = ProgramOf(GetCurrentProcessId());
+        if (IsWizardOf(window, *program)) return window;
+    }
+    return nullptr;
+}
+
+}  // namespace nqp::platform

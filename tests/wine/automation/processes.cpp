@@ -1,0 +1,123 @@
+#include "processes.h"
+
+#include <tlhelp32.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+
+#include "platform/handle.h"
+
+namespace nqp::test {
+namespace {
+
+using platform::Handle;
+
+constexpr DWORD kDeadlineMilliseconds = 10000;
+constexpr DWORD kPollMilliseconds = 5;
+
+std::wstring ProgramOf(DWORD process) {
+    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+    std::wstring path(32768, L'\0');
+    DWORD length = static_cast<DWORD>(path.size());
+    if (!handle || !QueryFullProcessImageNameW(handle.get(), 0, path.data(), &length)) return {};
+    path.resize(length);
+    return path;
+}
+
+void HandleMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+}  // namespace
+
+std::vector<DWORD> ProcessesOf(const std::filesystem::path& program) {
+    const Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    std::vector<DWORD> found;
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
+         more = Process32NextW(snapshot.get(), &entry)) {
+        if (entry.th32ProcessID == GetCurrentProcessId()) continue;
+        const std::wstring path = ProgramOf(entry.th32ProcessID);
+        if (lstrcmpiW(path.c_str(), program.c_str()) == 0) found.push_back(entry.th32ProcessID);
+    }
+    return found;
+}
+
+void EndProcessesOf(const std::filesystem::path& program) {
+    for (const DWORD process : ProcessesOf(program)) {
+        const Handle handle(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process));
+        if (!handle) continue;
+        TerminateProcess(handle.get(), 1);
+        WaitForSingleObject(handle.get(), kDeadlineMilliseconds);
+    }
+}
+
+DWORD ExitCodeOf(const std::filesystem::path& program, const std::wstring& arguments) {
+    std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &started)) {
+        return GetLastError();
+    }
+    const Handle process(started.hProcess);
+    const Handle thread(started.hThread);
+    WaitForSingleObject(process.get(), kDeadlineMilliseconds);
+    DWORD code = STILL_ACTIVE;
+    GetExitCodeProcess(process.get(), &code);
+    return code;
+}
+
+bool WaitUntil(const std::function<bool()>& condition) {
+    const ULONGLONG deadline = GetTickCount64() + kDeadlineMilliseconds;
+    for (;;) {
+        HandleMessages();
+        if (condition()) return true;
+        if (GetTickCount64() >= deadline) return false;
+        MsgWaitForMultipleObjectsEx(0, nullptr, kPollMilliseconds, QS_ALLINPUT,
+                                    MWMO_INPUTAVAILABLE);
+    }
+}
+
+std::size_t CountHandles() {
+    struct Entry {
+        void* object;
+        ULONG_PTR process;
+        ULONG_PTR handle;
+        ULONG access;
+        USHORT trace;
+        USHORT type;
+        ULONG attributes;
+        ULONG reserved;
+    };
+    struct Table {
+        ULONG_PTR count;
+        ULONG_PTR reserved;
+    };
+    // The headers do not know this question.
+    constexpr ULONG kAllHandles = 64;
+    constexpr LONG kTooSmall = static_cast<LONG>(0xC0000004);
+    using Query = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
+    const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+    std::vector<std::uint64_t> bytes(8192);
+    for (;;) {
+        const auto size = static_cast<ULONG>(bytes.size() * sizeof bytes[0]);
+        if (query(kAllHandles, bytes.data(), size, nullptr) != kTooSmall) break;
+        bytes.resize(bytes.size() * 2);
+    }
+    const auto* table = reinterpret_cast<const Table*>(bytes.data());
+    const auto* entries = reinterpret_cast<const Entry*>(table + 1);
+    return static_cast<std::size_t>(
+        std::count_if(entries, entries + table->count,
+                      [](const Entry& entry) { return entry.process == GetCurrentProcessId(); }));
+}
+
+}  // namespace nqp::test

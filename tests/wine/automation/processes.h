@@ -1,0 +1,26 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace nqp::test {
+
+// Processes that run this program file, without the asking one.
+std::vector<DWORD> ProcessesOf(const std::filesystem::path& program);
+void EndProcessesOf(const std::filesystem::path& program);
+// Starts the program and waits until it ends; its exit code, or STILL_ACTIVE when it does not.
+DWORD ExitCodeOf(const std::filesystem::path& program, const std::wstring& arguments);
+
+// Handles messages, so that calls from other apartments arrive, until the condition holds; false
+// when it does not within ten seconds.
+bool WaitUntil(const std::function<bool()>& condition);
+
+// What the process holds open, whatever the system's own count says.
+std::size_t CountHandles();
+
+}  // namespace nqp::test
