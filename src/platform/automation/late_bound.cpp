@@ -155,15 +155,17 @@ bool AutomationError::ServerIsGone() const {
 
 LateBound::LateBound(const char* progId) : object_(CreateLocal(progId)) {}
 
-DISPID LateBound::IdOf(const char* member) const {
+DISPID LateBound::IdOf(std::string_view member) const {
     std::wstring name = winapi::Utf16(member);
     LPOLESTR names = name.data();
     DISPID id = DISPID_UNKNOWN;
-    Check(member, object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+    Check(std::string(member),
+          object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
     return id;
 }
 
-AutomationValue LateBound::Invoke(const char* member, WORD kind, DISPPARAMS& parameters) const {
+AutomationValue LateBound::Invoke(std::string_view member, WORD kind,
+                                  DISPPARAMS& parameters) const {
     const DISPID id = IdOf(member);
     const bool put = (kind & DISPATCH_PROPERTYPUT) != 0;
     Variant result;
@@ -172,12 +174,13 @@ AutomationValue LateBound::Invoke(const char* member, WORD kind, DISPPARAMS& par
     const HRESULT answer =
         object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
                         put ? nullptr : result.Get(), exception.Get(), &argument);
-    if (answer == DISP_E_EXCEPTION) throw AutomationError(member, answer, exception.Description());
-    Check(member, answer);
+    if (answer == DISP_E_EXCEPTION)
+        throw AutomationError(std::string(member), answer, exception.Description());
+    Check(std::string(member), answer);
     return ValueOf(result);
 }
 
-void LateBound::Put(const char* member, const core::MemberValue& value) const {
+void LateBound::Put(std::string_view member, const core::MemberValue& value) const {
     Arguments arguments({&value, 1});
     DISPPARAMS parameters = arguments.Parameters();
     DISPID named = DISPID_PROPERTYPUT;
@@ -186,12 +189,12 @@ void LateBound::Put(const char* member, const core::MemberValue& value) const {
     Invoke(member, DISPATCH_PROPERTYPUT, parameters);
 }
 
-AutomationValue LateBound::Get(const char* member) const {
+AutomationValue LateBound::Get(std::string_view member) const {
     DISPPARAMS parameters{};
     return Invoke(member, DISPATCH_PROPERTYGET, parameters);
 }
 
-AutomationValue LateBound::Call(const char* member,
+AutomationValue LateBound::Call(std::string_view member,
                                 std::span<const core::MemberValue> arguments) const {
     Arguments given(arguments);
     DISPPARAMS parameters = given.Parameters();

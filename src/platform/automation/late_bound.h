@@ -8,6 +8,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "core/companion.h"
@@ -39,17 +40,17 @@ public:
     // A new object of the class with this ProgID, served by a local server.
     explicit LateBound(const char* progId);
 
-    void Put(const char* member, const core::MemberValue& value) const;
-    AutomationValue Get(const char* member) const;
-    AutomationValue Call(const char* member,
+    void Put(std::string_view member, const core::MemberValue& value) const;
+    AutomationValue Get(std::string_view member) const;
+    AutomationValue Call(std::string_view member,
                          std::span<const core::MemberValue> arguments = {}) const;
 
     // Lets the object's process bring its windows to the front.
     void AllowForeground() const;
 
 private:
-    DISPID IdOf(const char* member) const;
-    AutomationValue Invoke(const char* member, WORD kind, DISPPARAMS& parameters) const;
+    DISPID IdOf(std::string_view member) const;
+    AutomationValue Invoke(std::string_view member, WORD kind, DISPPARAMS& parameters) const;
 
     winapi::ComPtr<IDispatch> object_;
 };

@@ -103,4 +103,9 @@ base::NativeWindow AutomationWizards::Window() const {
     return nullptr;
 }
 
+void AutomationWizards::CloseWindow() {
+    const auto window = static_cast<HWND>(Window());
+    if (window != nullptr) PostMessageW(window, WM_CLOSE, 0, 0);
+}
+
 }  // namespace nqp::platform

@@ -9,6 +9,7 @@ class AutomationWizards final : public core::WizardFactory {
 public:
     std::unique_ptr<core::Wizard> Create() override;
     base::NativeWindow Window() const override;
+    void CloseWindow() override;
 };
 
 }  // namespace nqp::platform
