@@ -45,20 +45,20 @@ struct FragmentJob {
 
 // The members of the companion's class.
 namespace companion_member {
-inline constexpr std::string_view kMode = "Mode";
-inline constexpr std::string_view kImageX = "ImageX";
-inline constexpr std::string_view kImageY = "ImageY";
-inline constexpr std::string_view kImagePath = "ImagePath";
-inline constexpr std::string_view kPercentage = "Percentage";
-inline constexpr std::string_view kStatusFile = "StatusFile";
-inline constexpr std::string_view kCancelFile = "CancelFile";
-inline constexpr std::string_view kOutputFile = "OutputFile";
-inline constexpr std::string_view kSourceFile = "SourceFile";
-inline constexpr std::string_view kFragmentStart = "FragmentStart";  // seconds, a Double
-inline constexpr std::string_view kFragmentEnd = "FragmentEnd";
-inline constexpr std::string_view kProcessId = "ProcessId";  // read only
-inline constexpr std::string_view kRun = "Run";              // returns when the job has ended
-inline constexpr std::string_view kStart = "Start";          // returns at once
+inline constexpr char kMode[] = "Mode";
+inline constexpr char kImageX[] = "ImageX";
+inline constexpr char kImageY[] = "ImageY";
+inline constexpr char kImagePath[] = "ImagePath";
+inline constexpr char kPercentage[] = "Percentage";
+inline constexpr char kStatusFile[] = "StatusFile";
+inline constexpr char kCancelFile[] = "CancelFile";
+inline constexpr char kOutputFile[] = "OutputFile";
+inline constexpr char kSourceFile[] = "SourceFile";
+inline constexpr char kFragmentStart[] = "FragmentStart";  // seconds, a Double
+inline constexpr char kFragmentEnd[] = "FragmentEnd";
+inline constexpr char kProcessId[] = "ProcessId";  // read only
+inline constexpr char kRun[] = "Run";              // returns when the job has ended
+inline constexpr char kStart[] = "Start";          // returns at once
 }  // namespace companion_member
 
 using MemberValue = std::variant<std::int32_t, double, std::string>;

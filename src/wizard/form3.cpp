@@ -20,9 +20,9 @@ constexpr base::Twips kFieldTop = 1080;
 constexpr base::Twips kFirstJob = 1800;
 constexpr base::Twips kJobPitch = 960;
 constexpr base::Twips kPicture = 600;
-constexpr base::Twips kButtonLeft = kMargin + kPicture + 240;
+constexpr base::Twips kButtonLeft = kMargin + kPicture + 360;
 constexpr base::Twips kButtonWidth = 2100;
-constexpr base::Twips kTextLeft = kButtonLeft + kButtonWidth + 240;
+constexpr base::Twips kTextLeft = kButtonLeft + kButtonWidth + 210;
 constexpr base::Twips kTwoLines = 560;
 constexpr base::Twips kStatusTop = kStatusArea.top + 270;
 constexpr base::Twips kCancelWidth = 1350;
@@ -62,7 +62,8 @@ Form3::Form3(const WizardContext& context)
       Frame1(*this, "Frame1", 181, kJobsArea),
       Label1(*this, "Label1", 101, {kMargin, 270, kClient.width - 2 * kMargin, 600},
              "Quillon Wizard makes it easy for you to set up and run necessary media operation."),
-      Label2(*this, "Label2", 102, {kMargin, kFieldTop + (kFieldHeight - kLine) / 2, 1200, kLine},
+      Label2(*this, "Label2", 102,
+             {kMargin, kFieldTop + (kFieldHeight - kLine) / 2, kButtonLeft - kMargin - 45, kLine},
              "Fragment:"),
       Text1(*this, "Text1", 141, {kButtonLeft, kFieldTop, 1350, kFieldHeight}, "00:00:00 -"),
       Text2(*this, "Text2", 142, {kButtonLeft + 1450, kFieldTop, 1350, kFieldHeight}, "00:00:00"),
