@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include "win32/handle_count.h"
+
 namespace {
 
 using Words = std::vector<std::wstring>;
@@ -499,6 +501,11 @@ Rows Kill(const Words& words) {
     return {};
 }
 
+Rows Handles(const Words& words) {
+    const HANDLE process = Process(words.at(1));
+    return {Row().Add(static_cast<long long>(nqp::test::CountHandles(GetProcessId(process))))};
+}
+
 // ---- the command line ----
 
 using Verb = Rows (*)(const Words&);
@@ -525,6 +532,7 @@ const std::map<std::wstring, Verb>& Verbs() {
         {L"ended", Ended},
         {L"playback", Playback},
         {L"kill", Kill},
+        {L"handles", Handles},
         {L"dpi", Dpi},
         {L"foreground", Foreground},
         {L"hide", Hide},
