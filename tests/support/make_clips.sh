@@ -47,6 +47,14 @@ make short-sound.avi $(picture 320x240 2 25) $(tone 1) -c:v mjpeg -q:v 4 -pix_fm
     -c:a pcm_s16le
 make short-picture.avi $(picture 320x240 1 25) $(tone 2) -c:v mjpeg -q:v 4 -pix_fmt yuvj420p \
     -c:a pcm_s16le
+# A name that a person may give, and the sound of that clip alone.
+make 'tone 音!.avi' $(picture 320x180 3 25) $(tone 3) -c:v mjpeg -q:v 4 -pix_fmt yuvj420p \
+    -c:a pcm_s16le -ac 2
+make 'tone 音!.wav' -i "$out/tone 音!.avi" -vn -c:a copy
+make odd-sound.avi $(tone 1) -af aresample=8000,atrim=end_sample=801 -c:a pcm_u8
+make odd-sound.wav -i "$out/odd-sound.avi" -c:a copy
+make low-rate.avi $(tone 2) -ar 8000 -c:a pcm_u8
+make ten-minutes.avi -f lavfi -i anullsrc=r=44100:cl=stereo:d=600 -c:a pcm_s16le
 
 # timecode.avi: ten seconds at 25 frames/s. The background changes colour with every second; the
 # row of eight squares at the top is the frame number in binary, white is 1, lowest bit first.
