@@ -151,9 +151,14 @@ TEST_F(AudioTrackTest, CompressesWithACodecOfSingleSamples) {
 }
 
 TEST_F(AudioTrackTest, FailsWhereNoCodecMakesWhatWasChosen) {
-    EXPECT_EQ(SaveAs(L"Microsoft ADPCM", L"8000 Hz; 4 bits; Mono", Clip(kTone)),
-              AudioTrackResult::Failed);
-    EXPECT_FALSE(TargetIsThere());
+    folder_.Put("old.wav", "old");
+    for (const char* name : {"new.wav", "old.wav"}) {
+        target_ = InFolder(name);
+        EXPECT_EQ(SaveAs(L"Microsoft ADPCM", L"8000 Hz; 4 bits; Mono", Clip(kTone)),
+                  AudioTrackResult::Failed);
+    }
+    EXPECT_FALSE(folder_.Has("new.wav"));
+    EXPECT_EQ(folder_.Content("old.wav"), "old");
 }
 
 TEST_F(AudioTrackTest, IsNotConfirmedWhenTheDialogIsCancelled) {

@@ -28,7 +28,7 @@ private:
     UINT_PTR timer_;
 };
 
-// Accepts each dialog before it is on the screen, where it spends most of its time.
+// Accepts each dialog before it comes to the screen, for saves by the hundred.
 class UnseenAcceptance {
 public:
     UnseenAcceptance();
