@@ -28,18 +28,6 @@ private:
     UINT_PTR timer_;
 };
 
-// Accepts each dialog before it comes to the screen, for saves by the hundred.
-class UnseenAcceptance {
-public:
-    UnseenAcceptance();
-    ~UnseenAcceptance();
-    UnseenAcceptance(const UnseenAcceptance&) = delete;
-    UnseenAcceptance& operator=(const UnseenAcceptance&) = delete;
-
-private:
-    HHOOK hook_;
-};
-
 void Accept(HWND dialog);
 void Cancel(HWND dialog);
 // Chooses the items that begin with these texts.
