@@ -266,6 +266,7 @@ private:
     void ShowFragment(const fragments::FragmentBounds& bounds);
     void LeaveBound(fragments::BoundEnd which, fragments::BoundPart part);
     void OpenWizard();
+    void ForgetEarlierJobs();
     void ServeWizard();
     std::optional<fragments::JobKind> WaitingJob();
     void RunJob(fragments::JobKind kind);

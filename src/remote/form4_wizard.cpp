@@ -47,9 +47,17 @@ void Form4::OpenWizard() {
         wizard_ = context_.wizards.Create();
     }
     wizard_->init();
+    if (!serving_wizard_) ForgetEarlierJobs();
     const fragments::FragmentBounds bounds = MarkedFragment();
     wizard_->update_numbers(TimeOf(bounds.begin) + " -", TimeOf(bounds.end));
     wizard_->set_filepath(file_path_);
+}
+
+// The wizard may have been left in the middle of a job, by a player that has crashed since.
+void Form4::ForgetEarlierJobs() {
+    while (WaitingJob())
+        ;
+    wizard_->hide_status();
 }
 
 void Form4::set_form7_status(const std::string& stat) {

@@ -199,7 +199,8 @@ TEST_F(Fragment, CutMarksTheEndPausesAndOpensTheWizard) {
     EXPECT_TRUE(form4_.Flags().bPause);
     EXPECT_EQ(marker, "1");
     EXPECT_EQ(player_.wizards.calls,
-              (Calls{"init", "update_numbers 00:00:02 - | 00:00:05", "set_filepath " + clip_}));
+              (Calls{"init", "hide_status", "update_numbers 00:00:02 - | 00:00:05",
+                     "set_filepath " + clip_}));
     EXPECT_TRUE(form4_.wizard_active());
     EXPECT_EQ(player_.folder.Content("startup.cfg"), "0") << "no other start may be taken for it";
 }
@@ -225,8 +226,8 @@ TEST_F(Fragment, CutTakesTheFieldsAsTheyStandWithoutAFile) {
     SetBegin("00", "01", "30");
     SetEnd("00", "02", "00");
     ClickOn(form4_.Command2);
-    EXPECT_EQ(player_.wizards.calls[1], "update_numbers 00:01:30 - | 00:02:00");
-    EXPECT_EQ(player_.wizards.calls[2], "set_filepath ");
+    EXPECT_EQ(player_.wizards.calls[2], "update_numbers 00:01:30 - | 00:02:00");
+    EXPECT_EQ(player_.wizards.calls[3], "set_filepath ");
 }
 
 TEST_F(Fragment, CutLeavesFullScreen) {
@@ -243,6 +244,13 @@ TEST_F(Fragment, WizardThatCannotBeStartedIsTold) {
     EXPECT_EQ(last_error, "The Quillon Wizard could not be started.");
     EXPECT_FALSE(form4_.wizard_active());
     EXPECT_EQ(player_.folder.Content("startup.cfg"), "0");
+}
+
+TEST_F(Fragment, CutForgetsAJobThatAnEarlierPlayerLeft) {
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    StartWithWizard();
+    Tick();
+    EXPECT_TRUE(player_.companion.jobs.empty());
 }
 
 TEST_F(Fragment, SecondCutKeepsOneWizard) {

@@ -75,9 +75,13 @@ private:
 };
 
 AviStream Compressed(IAVIStream& stream, AVICOMPRESSOPTIONS& options) {
-    IAVIStream* compressed = nullptr;
-    if (FAILED(AVIMakeCompressedStream(&compressed, &stream, &options, nullptr))) return nullptr;
-    return AviStream(compressed);
+    IAVIStream* made = nullptr;
+    if (FAILED(AVIMakeCompressedStream(&made, &stream, &options, nullptr))) return nullptr;
+    AviStream compressed(made);
+    // Wine looks for the codec no sooner than this; without one an old target is to stay as it is.
+    AVISTREAMINFOW info{};
+    if (FAILED(AVIStreamInfoW(compressed.get(), &info, sizeof info))) return nullptr;
+    return compressed;
 }
 
 AudioTrackResult Write(IAVIStream& stream, AVICOMPRESSOPTIONS& options, const std::string& target,

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "forms/win32/winapi/text.h"
 #include "platform/engine/file_spellings.h"
 
 namespace nqp::platform {
@@ -23,8 +22,7 @@ bool IsReadable(IAVIStream& stream) {
 AviFile OpenAviFile(const std::string& path) {
     for (const std::wstring& spelling : SpellingsOfFile(path)) {
         IAVIFile* file = nullptr;
-        const HRESULT opened =
-            AVIFileOpenA(&file, winapi::Utf8(spelling).c_str(), OF_SHARE_DENY_WRITE, nullptr);
+        const HRESULT opened = AVIFileOpenW(&file, spelling.c_str(), OF_SHARE_DENY_WRITE, nullptr);
         if (SUCCEEDED(opened)) return AviFile(file);
     }
     return nullptr;

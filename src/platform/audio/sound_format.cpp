@@ -9,7 +9,9 @@ std::optional<SoundFormat> SoundFormat::FromBytes(const void* bytes, std::size_t
     if (bytes == nullptr || size < sizeof(PCMWAVEFORMAT)) return std::nullopt;
     WAVEFORMATEX format{};
     std::memcpy(&format, bytes, std::min(size, sizeof format));
-    if (format.nBlockAlign == 0 || format.nSamplesPerSec == 0) return std::nullopt;
+    if (format.nBlockAlign == 0 || format.nSamplesPerSec == 0 || format.nAvgBytesPerSec == 0) {
+        return std::nullopt;
+    }
     if (format.wFormatTag == WAVE_FORMAT_PCM || size < sizeof format) format.cbSize = 0;
     if (sizeof format + format.cbSize > std::max(size, sizeof format)) return std::nullopt;
     std::vector<char> all(sizeof format + format.cbSize);

@@ -17,8 +17,8 @@ namespace nqp::platform {
 // A format of sound with all its bytes; the platform's structure has no fixed size.
 class SoundFormat {
 public:
-    // None when the bytes are too few for what they say. Extra bytes that the format does not claim
-    // are left out, and PCM has none whatever it claims.
+    // None when the bytes are too few for what they say, or its rates are zero. Extra bytes that
+    // the format does not claim are left out, and PCM has none whatever it claims.
     static std::optional<SoundFormat> FromBytes(const void* bytes, std::size_t size);
 
     // Never without the `cbSize`.

@@ -22,8 +22,22 @@ using core::AudioTrackResult;
 constexpr std::int64_t kMostBytes = 256 * 1024;
 constexpr std::int64_t kLeastPartOfSecond = 10;
 constexpr std::int64_t kPartsOfStream = 100;
+// What a damaged clip may ask for at most.
+constexpr DWORD kLargestBlock = 16 * 1024 * 1024;
 
-// Reads a stream of sound from its beginning to its end. All parts but the last are multiples of
+// About a hundredth of a stream of this length, in samples and within limits; a multiple of `step`
+// unless that is out of reason.
+LONG SamplesAtOnce(const WAVEFORMATEX& format, LONG length, std::int64_t step) {
+    const std::int64_t sampleSize = format.nBlockAlign;
+    const std::int64_t least = format.nAvgBytesPerSec / kLeastPartOfSecond / sampleSize;
+    const std::int64_t most = std::max<std::int64_t>(kMostBytes / sampleSize, 1);
+    const std::int64_t samples =
+        std::min(std::max<std::int64_t>({length / kPartsOfStream, least, 1}), most);
+    if (step * sampleSize > kLargestBlock) return static_cast<LONG>(samples);
+    return static_cast<LONG>(std::max(samples - samples % step, step));
+}
+
+// Reads a stream of sound from its beginning to its end. Each part but the last is a multiple of
 // `step` samples.
 class SoundReader {
 public:
@@ -31,17 +45,13 @@ public:
         : stream_(stream),
           start_(AVIStreamStart(&stream)),
           length_(AVIStreamLength(&stream)),
-          position_(start_) {
+          position_(start_),
+          samples_(SamplesAtOnce(format, length_, step)) {
         AVISTREAMINFOW info{};
         AVIStreamInfoW(&stream, &info, sizeof info);
-        // A stream without a size of its samples is read chunk by chunk.
-        const std::int64_t sampleSize = std::max<std::int64_t>(info.dwSampleSize, 1);
-        const std::int64_t least = format.nAvgBytesPerSec / kLeastPartOfSecond / sampleSize;
-        const std::int64_t most = kMostBytes / sampleSize;
-        const std::int64_t wanted = std::min(std::max(least, length_ / kPartsOfStream), most);
-        samples_ = static_cast<LONG>(std::max(wanted - wanted % step, step));
-        block_.resize(std::max<std::size_t>(static_cast<std::size_t>(samples_ * sampleSize),
-                                            info.dwSuggestedBufferSize));
+        const auto size = static_cast<std::size_t>(samples_) * format.nBlockAlign;
+        const DWORD chunk = std::min(info.dwSuggestedBufferSize, kLargestBlock);
+        block_.resize(std::max<std::size_t>(size, chunk));
     }
 
     bool AtEnd() const { return position_ - start_ >= length_; }
@@ -68,7 +78,7 @@ private:
     LONG start_;
     LONG length_;
     LONG position_;
-    LONG samples_ = 1;
+    LONG samples_;  // of one part
     std::vector<char> block_;
 };
 

@@ -25,12 +25,6 @@ BOOL CALLBACK FindDialog(HWND window, LPARAM found) {
     return FALSE;
 }
 
-LRESULT CALLBACK AcceptWhenCreated(int code, WPARAM window, LPARAM detail) {
-    const auto created = reinterpret_cast<HWND>(window);
-    if (code == HCBT_CREATEWND && IsDialog(created)) PostMessageW(created, WM_COMMAND, IDOK, 0);
-    return CallNextHookEx(nullptr, code, window, detail);
-}
-
 void Choose(HWND dialog, int list, const std::wstring& text) {
     const HWND box = GetDlgItem(dialog, list);
     const LRESULT item = SendMessageW(box, CB_FINDSTRING, static_cast<WPARAM>(-1),
@@ -60,13 +54,6 @@ void DialogAnswer::Look(HWND, UINT, UINT_PTR, DWORD) {
     if (std::exchange(current->answered_, dialog) == dialog) return;
     ++current->dialogs_;
     current->answer_(dialog);
-}
-
-UnseenAcceptance::UnseenAcceptance()
-    : hook_(SetWindowsHookExW(WH_CBT, AcceptWhenCreated, nullptr, GetCurrentThreadId())) {}
-
-UnseenAcceptance::~UnseenAcceptance() {
-    UnhookWindowsHookEx(hook_);
 }
 
 void Accept(HWND dialog) {

@@ -28,18 +28,6 @@ private:
     UINT_PTR timer_;
 };
 
-// Accepts each dialog before it is on the screen, where it spends most of its time.
-class UnseenAcceptance {
-public:
-    UnseenAcceptance();
-    ~UnseenAcceptance();
-    UnseenAcceptance(const UnseenAcceptance&) = delete;
-    UnseenAcceptance& operator=(const UnseenAcceptance&) = delete;
-
-private:
-    HHOOK hook_;
-};
-
 void Accept(HWND dialog);
 void Cancel(HWND dialog);
 // Chooses the items that begin with these texts.
