@@ -9,12 +9,14 @@
 //   hang MEMBER      never returns from that member
 //   die MEMBER       ends its own process inside that member
 //   fail MEMBER TEXT raises an automation error with that description
+//   jobs N           serves N objects, one after the other, before it ends (1)
 //
 // stand-in.log, a line each, in the order in which things happened:
 //   MEMBER<TAB>VALUE       was put; a NUL character is written \0, a Double with three decimals
-//   get ProcessId<TAB>ID   call Run   call Start   no progress<TAB>REASON
+//   get ProcessId<TAB>ID   call Run   call Start
+//   no progress<TAB>REASON  no result<TAB>REASON
 //   cancelled or finished  the job's end
-//   released               the client let go of the object; the process ends
+//   released               the client let go of the object; after the last one the process ends
 #include <windows.h>
 
 #include <oaidl.h>
@@ -42,6 +44,7 @@
 #include "platform/automation/variant.h"
 #include "platform/handle.h"
 #include "platform/process.h"
+#include "server_ready.h"
 
 namespace nqp::test {
 namespace {
@@ -51,6 +54,9 @@ using Clock = std::chrono::steady_clock;
 
 // No test takes longer; a stand-in whose client was killed ends by then.
 constexpr DWORD kLongestLife = 300000;
+// The answer to the client's last call is still on its way when the object is gone, and nothing
+// tells when it has arrived. Wine's clients lose handles when the process ends before that.
+constexpr DWORD kLastAnswerMilliseconds = 100;
 constexpr auto kLookForCancelFile = std::chrono::milliseconds(50);
 constexpr int kProgressReports = 10;
 
@@ -81,6 +87,7 @@ struct Script {
     std::string hangsIn;
     std::string diesIn;
     std::map<std::string, std::string> failures;
+    int jobs = 1;
 
     static Script Read() {
         Script script;
@@ -105,6 +112,7 @@ private:
         if (command == "result") result = rest;
         if (command == "hang") hangsIn = rest;
         if (command == "die") diesIn = rest;
+        if (command == "jobs") jobs = std::stoi(rest);
         if (command == "fail") {
             const auto blank = rest.find(' ');
             failures[rest.substr(0, blank)] = rest.substr(blank + 1);
@@ -127,8 +135,9 @@ const std::vector<Member> kMembers = {
 
 struct Stage {
     Log log;
-    Script script = Script::Read();
-    platform::Handle released{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    Script script;  // of the present object
+    int jobsLeft = 0;
+    platform::Handle done{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
 };
 
 // The job itself, as far as it can be seen from outside.
@@ -158,6 +167,7 @@ private:
         if (stage_.script.result) {
             std::filesystem::copy_file(base::PathFromUtf8(*stage_.script.result), outputFile_,
                                        std::filesystem::copy_options::overwrite_existing, ignored);
+            if (ignored) stage_.log.Add("no result\t" + ignored.message());
         }
         stage_.log.Add("finished");
     }
@@ -204,7 +214,7 @@ public:
     explicit JobObject(Stage& stage) : stage_(stage) {}
     ~JobObject() override {
         stage_.log.Add("released");
-        SetEvent(stage_.released.get());
+        if (stage_.jobsLeft == 0) SetEvent(stage_.done.get());
     }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -316,28 +326,37 @@ class JobClass final : public winapi::ComObject<IClassFactory> {
 public:
     explicit JobClass(Stage& stage) : stage_(stage) {}
 
+    bool Offer() {
+        CLSID classId{};
+        return SUCCEEDED(CLSIDFromString(platform::kCompanionClass, &classId)) &&
+               SUCCEEDED(CoRegisterClassObject(classId, this, CLSCTX_LOCAL_SERVER, REGCLS_SINGLEUSE,
+                                               &offer_));
+    }
+
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) override {
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+        stage_.script = Script::Read();
+        if (stage_.jobsLeft == 0) stage_.jobsLeft = stage_.script.jobs;
+        if (--stage_.jobsLeft > 0) {
+            CoRevokeClassObject(offer_);
+            if (!Offer()) return CO_E_SERVER_STOPPING;
+        }
         return winapi::MakeCom<JobObject>(stage_)->QueryInterface(id, object);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
 private:
     Stage& stage_;
+    DWORD offer_ = 0;
 };
 
 void Serve() {
     Stage stage;
-    CLSID classId{};
-    DWORD cookie = 0;
     const auto jobs = winapi::MakeCom<JobClass>(stage);
-    if (FAILED(CLSIDFromString(platform::kCompanionClass, &classId)) ||
-        FAILED(CoRegisterClassObject(classId, jobs.Get(), CLSCTX_LOCAL_SERVER, REGCLS_SINGLEUSE,
-                                     &cookie))) {
-        return;
-    }
-    WaitForSingleObject(stage.released.get(), kLongestLife);
-    CoRevokeClassObject(cookie);
+    if (!jobs->Offer()) return;
+    SayReady();
+    WaitForSingleObject(stage.done.get(), kLongestLife);
+    Sleep(kLastAnswerMilliseconds);
     // A job that was started beside its client does not outlive the object.
     ExitProcess(0);
 }

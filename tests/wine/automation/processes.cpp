@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/handle.h"
+#include "server_ready.h"
 
 namespace nqp::test {
 namespace {
@@ -23,6 +24,19 @@ std::wstring ProgramOf(DWORD process) {
     if (!handle || !QueryFullProcessImageNameW(handle.get(), 0, path.data(), &length)) return {};
     path.resize(length);
     return path;
+}
+
+Handle Start(const std::filesystem::path& program, const std::wstring& arguments) {
+    std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &started)) {
+        return nullptr;
+    }
+    CloseHandle(started.hThread);
+    return Handle(started.hProcess);
 }
 
 void HandleMessages() {
@@ -58,17 +72,17 @@ void EndProcessesOf(const std::filesystem::path& program) {
     }
 }
 
+bool StartServer(const std::filesystem::path& program) {
+    const Handle ready(CreateEventW(nullptr, FALSE, FALSE, kServerReady));
+    const Handle process = Start(program, L"-Embedding");
+    if (!process) return false;
+    const HANDLE ends[] = {ready.get(), process.get()};
+    return WaitForMultipleObjects(2, ends, FALSE, kDeadlineMilliseconds) == WAIT_OBJECT_0;
+}
+
 DWORD ExitCodeOf(const std::filesystem::path& program, const std::wstring& arguments) {
-    std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &started)) {
-        return GetLastError();
-    }
-    const Handle process(started.hProcess);
-    const Handle thread(started.hThread);
+    const Handle process = Start(program, arguments);
+    if (!process) return GetLastError();
     WaitForSingleObject(process.get(), kDeadlineMilliseconds);
     DWORD code = STILL_ACTIVE;
     GetExitCodeProcess(process.get(), &code);

@@ -13,6 +13,9 @@ namespace nqp::test {
 // Processes that run this program file, without the asking one.
 std::vector<DWORD> ProcessesOf(const std::filesystem::path& program);
 void EndProcessesOf(const std::filesystem::path& program);
+// Starts a server as the system would, and waits until its class can be reached. False when it does
+// not come to that.
+bool StartServer(const std::filesystem::path& program);
 // Starts the program and waits until it ends; its exit code, or STILL_ACTIVE when it does not.
 DWORD ExitCodeOf(const std::filesystem::path& program, const std::wstring& arguments);
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "forms/run_time_error.h"
+#include "server_ready.h"
 
 namespace nqp::test {
 namespace {
@@ -50,6 +51,7 @@ int ServeRecordingWizard() {
     RecordingWizard wizard;
     const platform::WizardServer server(wizard, [] { PostQuitMessage(0); });
     wizard.Connect(server);
+    SayReady();
     SetTimer(nullptr, 0, kLookMilliseconds, nullptr);
     MSG message;
     while (server.SinceLastCall() < kPatience && GetMessageW(&message, nullptr, 0, 0) > 0) {
