@@ -8,6 +8,7 @@ import os
 import pathlib
 import re
 import shutil
+import signal
 
 import clips
 from pointer import RIGHT, Point, Pointer
@@ -76,6 +77,18 @@ class ProgramFolder:
     def option(self, number: int) -> str:
         return read_record(self.options_file, number)
 
+    def processes(self) -> list[int]:
+        """Whatever runs out of this folder, by the numbers of the host system."""
+        name = windows_path(self.path).encode()
+        found = []
+        for entry in pathlib.Path("/proc").iterdir():
+            try:
+                if entry.name.isdigit() and name in (entry / "cmdline").read_bytes():
+                    found.append(int(entry.name))
+            except OSError:
+                continue  # it has ended meanwhile
+        return found
+
     def set_marker(self, content: bytes | None) -> None:
         marker = self.path / "startup.cfg"
         if content is None:
@@ -143,13 +156,16 @@ class Player:
             return
         self.ctl.ask("close", self._named(REMOTE))
         assert self.ended() == 0
+        until(lambda: not self.folder.processes(), 5, "what it had started has ended too")
 
     def give_up(self) -> None:
-        """After a failed test: ends the process whatever state it is in."""
+        """After a failed test: ends the process whatever state it is in, and those it brought."""
         if self.process is not None:
             self.ctl.ask("kill", self.process)
             self.ctl.ask("ended", self.process, 10)
             self.process = None
+        for process in self.folder.processes():
+            os.kill(process, signal.SIGKILL)
 
     def log_text(self) -> str:
         with self.ctl.log.open("rb") as log:

@@ -74,26 +74,13 @@ def message(player: Player) -> str:
     return text
 
 
-def processes_in(folder: pathlib.Path) -> list[int]:
-    """Whatever runs out of a program folder."""
-    found = []
-    name = windows_path(folder).encode()
-    for entry in pathlib.Path("/proc").iterdir():
-        try:
-            if entry.name.isdigit() and name in (entry / "cmdline").read_bytes():
-                found.append(int(entry.name))
-        except OSError:
-            continue  # it has ended meanwhile
-    return found
-
-
 # ---- the wizard ----
 
 
 def test_marked_fragment_is_shown(player: Player, screen: Screen) -> None:
     wizard = mark_and_open(player)
-    assert wizard.text("Text1") == "00:00:02 -"
-    assert wizard.text("Text2") == "00:00:05"
+    equals(lambda: wizard.text("Text1"), "00:00:02 -", 5, "the begin")
+    equals(lambda: wizard.text("Text2"), "00:00:05", 5, "the end")
     assert player.playback().state == PAUSED
     assert wizard.process != player.process
     assert player.folder.marker() == b"0"
@@ -116,14 +103,14 @@ def test_wizard_is_crisp_at_other_scalings(desk: Desk, screen: Screen, percent: 
 def test_wizard_goes_with_its_player(player: Player) -> None:
     wizard = mark_and_open(player)
     player.close()
-    until(lambda: wizard.is_in("gone"), 5, "the wizard is closed")
-    until(lambda: not processes_in(player.folder.path), 5, "no process is left")
+    assert wizard.is_in("gone")
+    assert player.folder.processes() == []
 
 
 def test_killed_wizard_is_replaced(player: Player, companion: Companion) -> None:
     companion.will()
     first = mark_and_open(player)
-    [process] = [p for p in processes_in(player.folder.path) if is_wizard(p)]
+    [process] = [p for p in player.folder.processes() if is_wizard(p)]
     subprocess.run(["kill", "-9", str(process)], check=True)
     until(lambda: first.is_in("gone"), 5, "it is gone")
     second = Wizard(player)
@@ -219,7 +206,6 @@ def test_player_answers_while_it_waits(player: Player, companion: Companion) -> 
         player.wait(window, "visible")
     assert time.monotonic() - started < 2
     player.close()
-    until(lambda: not processes_in(player.folder.path), 5, "nothing is left of any of them")
 
 
 # ---- a companion that fails ----
@@ -251,7 +237,7 @@ def test_hanging_companion_can_be_cancelled(player: Player, companion: Companion
     until(lambda: wizard.shows(CANCEL), 5, "it can be cancelled")
     wizard.click(CANCEL)
     wait_until_back(player, wizard, 20)
-    until(lambda: len(processes_in(player.folder.path)) == 2, 5, "the companion was ended")
+    until(lambda: len(player.folder.processes()) == 2, 5, "the companion was ended")
     assert player.is_in(FILE_DIALOG, "gone"), "nobody needs to be told"
 
 
@@ -402,7 +388,7 @@ def test_program_from_outside_calls_every_method(desk: Desk, player: Player, kin
     rows = [row for row in player.ctl.ask("list") if row[2] in (WIZARD, VIDEO, REMOTE)]
     assert [row[2] for row in rows] == [WIZARD], "no window but the wizard's"
     player.ctl.ask("close", WIZARD)
-    until(lambda: not processes_in(player.folder.path), 5, "its process has ended")
+    until(lambda: not player.folder.processes(), 5, "its process has ended")
 
 
 def wait_for_class(desk: Desk) -> None:
@@ -440,6 +426,5 @@ def test_many_openings_leave_nothing_behind(player: Player) -> None:
     after = int(player.ctl.ask("handles", player.process)[0][0])
     assert before > 0
     assert after <= before + SPARE_HANDLES
-    assert len(processes_in(player.folder.path)) == 2, "the player and one wizard"
+    assert len(player.folder.processes()) == 2, "the player and one wizard"
     player.close()
-    until(lambda: not processes_in(player.folder.path), 5, "no process is left")

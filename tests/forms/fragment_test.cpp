@@ -51,6 +51,7 @@ protected:
         SetBegin("00", "00", "02");
         ClickOn(form4_.Command2);
         player_.wizards.calls.clear();
+        player_.wizards.questions = 0;
     }
     // The monitor's next tick.
     void Tick() { form4_.Timer1.Timer(); }
