@@ -90,7 +90,7 @@ private:
     platform::SystemClock clock_;
     platform::SystemMessageBoxes boxes_;
     platform::AutomationWizards wizards_;
-    platform::AutomationCompanion companion_;
+    platform::AutomationCompanion companion_{platform::ProgramFolder() / core::kCompanionFileName};
     platform::AviAudioTrackWriter audio_;
     video::Form1 form1_;
     video::Form6 form6_;

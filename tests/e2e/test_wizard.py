@@ -201,7 +201,7 @@ def test_player_answers_while_it_waits(player: Player, companion: Companion) -> 
     until(lambda: "call Run" in companion.told(), 5, "the job runs")
     started = time.monotonic()
     icon_message, left_button_up = 0x200, 0x202
-    player.ctl.ask("post", f"{REMOTE}@{player.process}", icon_message, 0, left_button_up)
+    player.ctl.ask("post", f"{REMOTE}@{player.process}", "", icon_message, 0, left_button_up)
     for window in (VIDEO, REMOTE):
         player.wait(window, "visible")
     assert time.monotonic() - started < 2

@@ -25,11 +25,15 @@ START_SECONDS = 20.0
 
 class Wizard:
     def __init__(self, player: Player) -> None:
-        """Opens it from the remote, which marks the end of the fragment."""
+        """Opens it from the remote, which marks the end of the fragment, and waits until it has
+        been told which."""
         self.player = player
-        Remote(player).click(CUT)
+        remote = Remote(player)
+        remote.click(CUT)
         until(lambda: self.is_in("visible"), START_SECONDS, "the wizard is there")
         self.process = self._process()
+        begin = ":".join(remote.text(field) for field in ("Text1", "Text2", "Text3"))
+        equals(lambda: self.text("Text1"), f"{begin} -", 5, "the begin of the fragment")
 
     def _process(self) -> int:
         rows = self.player.ctl.ask("list")

@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include "base/file.h"
 #include "platform/automation/late_bound.h"
 #include "platform/handle.h"
 #include "platform/process.h"
@@ -98,8 +99,9 @@ std::string SentenceFor(const AutomationError& error) {
 }
 
 // Creates the companion's object; empty, with the job finished, when that fails.
-std::optional<LateBound> CreateObject(JobState& state) {
+std::optional<LateBound> CreateObject(const std::filesystem::path& program, JobState& state) {
     try {
+        if (!base::IsFile(program)) throw AutomationError("no companion", CO_E_SERVER_EXEC_FAILURE);
         return LateBound(core::kCompanionProgId);
     } catch (const AutomationError& error) {
         WriteDebugLine(error.what());
@@ -121,9 +123,10 @@ void TellAndRun(const LateBound& companion, const core::FragmentJob& job, RunMod
     companion.Call(mode == RunMode::Waiting ? kRun : kStart);
 }
 
-void DoJob(const core::FragmentJob& job, RunMode mode, JobState& state) {
+void DoJob(const std::filesystem::path& program, const core::FragmentJob& job, RunMode mode,
+           JobState& state) {
     const MultiThreadedApartment apartment;
-    const std::optional<LateBound> companion = CreateObject(state);
+    const std::optional<LateBound> companion = CreateObject(program, state);
     if (!companion) return;
     try {
         TellAndRun(*companion, job, mode, state);
@@ -137,9 +140,10 @@ void DoJob(const core::FragmentJob& job, RunMode mode, JobState& state) {
     if (mode == RunMode::Beside) state.WaitForEnd();
 }
 
-void RunThread(const core::FragmentJob& job, RunMode mode, JobState& state) noexcept {
+void RunThread(const std::filesystem::path& program, const core::FragmentJob& job, RunMode mode,
+               JobState& state) noexcept {
     try {
-        DoJob(job, mode, state);
+        DoJob(program, job, mode, state);
     } catch (const std::exception& error) {
         WriteDebugLine(error.what());
         state.Finish(kFailed);
@@ -148,10 +152,13 @@ void RunThread(const core::FragmentJob& job, RunMode mode, JobState& state) noex
 
 class AutomationJob final : public core::CompanionJob {
 public:
-    AutomationJob(const core::FragmentJob& job, RunMode mode) {
+    AutomationJob(const std::filesystem::path& program, const core::FragmentJob& job,
+                  RunMode mode) {
         try {
             // Never joined: the companion may not return from a call, and nobody waits for that.
-            std::thread([state = state_, job, mode] { RunThread(job, mode, *state); }).detach();
+            std::thread([state = state_, program, job, mode] {
+                RunThread(program, job, mode, *state);
+            }).detach();
         } catch (const std::system_error& error) {
             WriteDebugLine(error.what());
             state_->Finish(kFailed);
@@ -171,7 +178,7 @@ private:
 
 std::unique_ptr<core::CompanionJob> AutomationCompanion::Begin(const core::FragmentJob& job,
                                                                RunMode mode) {
-    return std::make_unique<AutomationJob>(job, mode);
+    return std::make_unique<AutomationJob>(program_file_, job, mode);
 }
 
 }  // namespace nqp::platform

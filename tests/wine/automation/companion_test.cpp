@@ -127,7 +127,7 @@ protected:
     }
 
     TempFolder folder_;
-    platform::AutomationCompanion companion_;
+    platform::AutomationCompanion companion_{folder_.Path() / core::kCompanionFileName};
 };
 
 TEST_F(CompanionTest, IsToldTheJobAndRunsIt) {
@@ -356,7 +356,7 @@ TEST_F(CompanionTest, AHundredJobsLeaveNoHandlesBehind) {
 
 int LeaveJobHanging(const std::string& folder) {
     const std::filesystem::path log = base::PathFromUtf8(folder) / "stand-in.log";
-    platform::AutomationCompanion companion;
+    platform::AutomationCompanion companion(log.parent_path() / core::kCompanionFileName);
     const auto job = companion.Begin(SomeJob(), RunMode::Waiting);
     return WaitUntil([&] { return !base::ReadFile(log).empty(); }) && !job->Returned() ? 0 : 1;
 }
