@@ -7,6 +7,7 @@
 
 #include "forms/run_time_error.h"
 #include "platform/automation/late_bound.h"
+#include "platform/automation/registration.h"
 #include "platform/handle.h"
 #include "platform/process.h"
 
@@ -84,7 +85,10 @@ bool IsWizardOf(HWND window, const std::wstring& program) {
 
 }  // namespace
 
+// Another copy of the program may have been started since, and have become the one that the system
+// starts: its wizard would work in its own folder.
 std::unique_ptr<core::Wizard> AutomationWizards::Create() {
+    RegisterAutomation(ProgramFile());
     try {
         return std::make_unique<AutomationWizard>();
     } catch (const AutomationError& error) {
