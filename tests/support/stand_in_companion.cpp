@@ -350,10 +350,23 @@ private:
     DWORD offer_ = 0;
 };
 
+// Wine takes calls of an interface as long as an object offers it to other processes, and may hang
+// when the last one goes just as a call ends. So one object of each kind always stays.
+bool OfferForGood(const IID& id, IUnknown& object) {
+    winapi::ComPtr<IStream> reference;
+    return SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, reference.Put())) &&
+           SUCCEEDED(CoMarshalInterface(reference.Get(), id, &object, MSHCTX_LOCAL, nullptr,
+                                        MSHLFLAGS_TABLESTRONG));
+}
+
 void Serve() {
     Stage stage;
     const auto jobs = winapi::MakeCom<JobClass>(stage);
-    if (!jobs->Offer()) return;
+    const auto idle = winapi::MakeCom<JobObject>(stage);
+    if (!OfferForGood(IID_IClassFactory, *jobs.Get()) ||
+        !OfferForGood(IID_IDispatch, *idle.Get()) || !jobs->Offer()) {
+        return;
+    }
     SayReady();
     WaitForSingleObject(stage.done.get(), kLongestLife);
     Sleep(kLastAnswerMilliseconds);

@@ -10,8 +10,6 @@
 namespace nqp::platform {
 namespace {
 
-constexpr HRESULT kServerUnavailable = HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE);
-
 std::string Message(const std::string& step, HRESULT code, const std::string& description) {
     std::array<char, 16> number{};
     std::snprintf(number.data(), number.size(), "%08lx", static_cast<unsigned long>(code));
@@ -113,6 +111,14 @@ private:
     EXCEPINFO info_{};
 };
 
+// A server that was killed leaves behind the one class object that it had on offer, and Wine also
+// remembers a killed one's connection when another has the same process number. Only a client finds
+// either out, and by asking it has used the offer up: the next time the system starts a server.
+bool MetDeadServer(HRESULT creation) {
+    return creation == HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE) ||
+           creation == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED_DNE);
+}
+
 winapi::ComPtr<IDispatch> CreateLocal(const char* progId) {
     CLSID classId{};
     Check("CLSIDFromProgID", CLSIDFromProgID(winapi::Utf16(progId).c_str(), &classId));
@@ -122,10 +128,7 @@ winapi::ComPtr<IDispatch> CreateLocal(const char* progId) {
                                 object.PutVoid());
     };
     HRESULT result = create();
-    // A server that was killed leaves the one class object behind that it had on offer. Nobody but
-    // a client finds that out, and asking uses the class object up: the next question starts a
-    // server.
-    if (result == kServerUnavailable) result = create();
+    if (MetDeadServer(result)) result = create();
     Check("CoCreateInstance", result);
     return object;
 }

@@ -299,7 +299,7 @@ TEST_F(CompanionTest, EndingTheProcessEndsAJobThatRunsBeside) {
 }
 
 TEST_F(CompanionTest, AfterADeathTheNextJobStartsAnother) {
-    Script("die Run\n");
+    StartWith("die Run\n");
     EXPECT_EQ(OutcomeOf(RunMode::Waiting), kDied);
     Script("");
     EXPECT_EQ(OutcomeOf(RunMode::Waiting), "done");

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
 
 #include "platform/handle.h"
 #include "server_ready.h"
@@ -17,11 +20,17 @@ using platform::Handle;
 constexpr DWORD kDeadlineMilliseconds = 10000;
 constexpr DWORD kPollMilliseconds = 5;
 
-std::wstring ProgramOf(DWORD process) {
-    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+// Servers that tests have met. As long as a handle is open the process' number is not given to
+// another: Wine's clients take a new server for a killed one of the same number.
+std::map<DWORD, Handle>& MetServers() {
+    static std::map<DWORD, Handle> servers;
+    return servers;
+}
+
+std::wstring ProgramOf(HANDLE process) {
     std::wstring path(32768, L'\0');
     DWORD length = static_cast<DWORD>(path.size());
-    if (!handle || !QueryFullProcessImageNameW(handle.get(), 0, path.data(), &length)) return {};
+    if (!QueryFullProcessImageNameW(process, 0, path.data(), &length)) return {};
     path.resize(length);
     return path;
 }
@@ -57,8 +66,10 @@ std::vector<DWORD> ProcessesOf(const std::filesystem::path& program) {
     for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
          more = Process32NextW(snapshot.get(), &entry)) {
         if (entry.th32ProcessID == GetCurrentProcessId()) continue;
-        const std::wstring path = ProgramOf(entry.th32ProcessID);
-        if (lstrcmpiW(path.c_str(), program.c_str()) == 0) found.push_back(entry.th32ProcessID);
+        Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, entry.th32ProcessID));
+        if (!process || lstrcmpiW(ProgramOf(process.get()).c_str(), program.c_str()) != 0) continue;
+        found.push_back(entry.th32ProcessID);
+        MetServers().emplace(entry.th32ProcessID, std::move(process));
     }
     return found;
 }
@@ -74,9 +85,11 @@ void EndProcessesOf(const std::filesystem::path& program) {
 
 bool StartServer(const std::filesystem::path& program) {
     const Handle ready(CreateEventW(nullptr, FALSE, FALSE, kServerReady));
-    const Handle process = Start(program, L"-Embedding");
+    Handle process = Start(program, L"-Embedding");
     if (!process) return false;
     const HANDLE ends[] = {ready.get(), process.get()};
+    const DWORD number = GetProcessId(process.get());
+    MetServers().emplace(number, std::move(process));
     return WaitForMultipleObjects(2, ends, FALSE, kDeadlineMilliseconds) == WAIT_OBJECT_0;
 }
 
@@ -129,9 +142,10 @@ std::size_t CountHandles() {
     }
     const auto* table = reinterpret_cast<const Table*>(bytes.data());
     const auto* entries = reinterpret_cast<const Entry*>(table + 1);
-    return static_cast<std::size_t>(
-        std::count_if(entries, entries + table->count,
-                      [](const Entry& entry) { return entry.process == GetCurrentProcessId(); }));
+    const auto held = std::count_if(entries, entries + table->count, [](const Entry& entry) {
+        return entry.process == GetCurrentProcessId();
+    });
+    return static_cast<std::size_t>(held) - MetServers().size();
 }
 
 }  // namespace nqp::test

@@ -23,7 +23,8 @@ DWORD ExitCodeOf(const std::filesystem::path& program, const std::wstring& argum
 // when it does not within ten seconds.
 bool WaitUntil(const std::function<bool()>& condition);
 
-// What the process holds open, whatever the system's own count says.
+// What the process holds open, whatever the system's own count says, without what these functions
+// keep of the servers that they have met.
 std::size_t CountHandles();
 
 }  // namespace nqp::test
