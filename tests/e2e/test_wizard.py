@@ -12,9 +12,11 @@ import numpy as np
 import pytest
 from companion import Companion, members, padded
 from conftest import Desk
+from options import OptionsDialog
+from PIL import Image
 from player import FILE_DIALOG, OK_BUTTON, PAUSED, REMOTE, VIDEO, Player
 from remote import Remote, start_in_sight
-from screen import Screen
+from screen import Rect, Screen, colour_at, is_near
 from stage import BUILD, PROGRAM_BUILD, windows_path
 from test_skins import settings
 from waiting import equals, until
@@ -428,3 +430,60 @@ def test_many_openings_leave_nothing_behind(player: Player) -> None:
     assert after <= before + SPARE_HANDLES
     assert len(player.folder.processes()) == 2, "the player and one wizard"
     player.close()
+
+
+# ---- the picture in a fragment ----
+
+PLACEMENT = "nqp.InsertBMPForm"
+YES, NO = 6, 7
+PICTURE_SIDE = 120
+
+
+def put_picture(player: Player) -> pathlib.Path:
+    path = player.folder.path / "лого.bmp"
+    Image.new("RGB", (PICTURE_SIDE, PICTURE_SIDE), (255, 140, 0)).save(path)
+    return path
+
+
+def test_picture_is_dragged_to_its_place(player: Player, screen: Screen) -> None:
+    picture = put_picture(player)
+    player.folder.set_options({12: "1", 13: windows_path(picture), 27: WAITING})
+    player.start_and_show()
+    dialog = OptionsDialog(player)
+    dialog.turn_to("fragments")
+    dialog.click("Command5")
+    player.wait(PLACEMENT, "visible")
+    area = player.client(PLACEMENT)
+    assert area.width >= 1200 and area.height >= 900, "it covers the screen"
+
+    def box() -> Rect:
+        return player.rect(PLACEMENT, control_id(PLACEMENT, "Picture1"))
+
+    until(lambda: box().width == PICTURE_SIDE, 5, "the picture has its own size")
+    until(lambda: is_near(colour_at(screen.pixels(), box().centre), (255, 140, 0)), 5, "it is seen")
+    screen.save(PICTURES / "placement.png")
+    free_width, free_height = area.width - PICTURE_SIDE, area.height - PICTURE_SIDE
+    start = box().centre
+    middle = (start[0] + free_width // 2, start[1] + free_height // 4)
+    player.pointer.drag(start, middle)
+    answer(player, NO)
+    equals(
+        lambda: player.ctl.ask("text", f"{PLACEMENT}@{player.process}")[0][0].split(" - ")[2],
+        "X: 500   Y: 250",
+        5,
+        "the place",
+    )
+    player.pointer.drag(middle, (area.right - 5, middle[1]))
+    answer(player, YES)
+    player.wait(PLACEMENT, "hidden")  # its window goes with the outer dialog
+    dialog.accept()
+    assert (player.folder.option(14), player.folder.option(15)) == ("1000", "250")
+
+
+def answer(player: Player, button: int) -> None:
+    player.wait(FILE_DIALOG, "visible")
+    box = f"{FILE_DIALOG}@{player.process}"
+    assert player.ctl.ask("text", box, MESSAGE_TEXT) == [["Accept current position?"]]
+    assert player.ctl.ask("text", box) == [["Nuvex Quillon Player"]]
+    player.ctl.ask("command", box, button)
+    player.wait(FILE_DIALOG, "gone")

@@ -21,9 +21,7 @@ protected:
     LaunchMode Start(const std::string& commandLine = {}) {
         return MainApp(folder_.Path(), {commandLine}, windows_).Mode();
     }
-    LaunchMode StartByAutomation() {
-        return MainApp(folder_.Path(), {{}, true}, windows_).Mode();
-    }
+    LaunchMode StartByAutomation() { return MainApp(folder_.Path(), {{}, true}, windows_).Mode(); }
     std::string Marker() const { return folder_.Content("startup.cfg"); }
 
     test::TempFolder folder_;

@@ -343,13 +343,13 @@ TEST_F(CompanionTest, AHundredJobsLeaveNoHandlesBehind) {
         EXPECT_TRUE(WaitUntil([&] { return !Runs(); }));
     };
     runSome();
-    const std::size_t before = CountHandles();
+    const std::size_t before = CountOwnHandles();
     for (int i = 0; i < kProcesses; ++i)
         runSome();
     // Less than one for each process.
     constexpr std::size_t kSpare = 3;
-    EXPECT_TRUE(WaitUntil([&] { return CountHandles() <= before + kSpare; }))
-        << before << " before, " << CountHandles() << " after";
+    EXPECT_TRUE(WaitUntil([&] { return CountOwnHandles() <= before + kSpare; }))
+        << before << " before, " << CountOwnHandles() << " after";
 }
 
 }  // namespace

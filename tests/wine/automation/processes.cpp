@@ -11,6 +11,7 @@
 
 #include "platform/handle.h"
 #include "server_ready.h"
+#include "win32/handle_count.h"
 
 namespace nqp::test {
 namespace {
@@ -113,39 +114,8 @@ bool WaitUntil(const std::function<bool()>& condition) {
     }
 }
 
-std::size_t CountHandles() {
-    struct Entry {
-        void* object;
-        ULONG_PTR process;
-        ULONG_PTR handle;
-        ULONG access;
-        USHORT trace;
-        USHORT type;
-        ULONG attributes;
-        ULONG reserved;
-    };
-    struct Table {
-        ULONG_PTR count;
-        ULONG_PTR reserved;
-    };
-    // The headers do not know this question.
-    constexpr ULONG kAllHandles = 64;
-    constexpr LONG kTooSmall = static_cast<LONG>(0xC0000004);
-    using Query = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
-    const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
-        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
-    std::vector<std::uint64_t> bytes(8192);
-    for (;;) {
-        const auto size = static_cast<ULONG>(bytes.size() * sizeof bytes[0]);
-        if (query(kAllHandles, bytes.data(), size, nullptr) != kTooSmall) break;
-        bytes.resize(bytes.size() * 2);
-    }
-    const auto* table = reinterpret_cast<const Table*>(bytes.data());
-    const auto* entries = reinterpret_cast<const Entry*>(table + 1);
-    const auto held = std::count_if(entries, entries + table->count, [](const Entry& entry) {
-        return entry.process == GetCurrentProcessId();
-    });
-    return static_cast<std::size_t>(held) - MetServers().size();
+std::size_t CountOwnHandles() {
+    return CountHandles() - MetServers().size();
 }
 
 }  // namespace nqp::test

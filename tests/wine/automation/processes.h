@@ -25,6 +25,6 @@ bool WaitUntil(const std::function<bool()>& condition);
 
 // What the process holds open, whatever the system's own count says, without what these functions
 // keep of the servers that they have met.
-std::size_t CountHandles();
+std::size_t CountOwnHandles();
 
 }  // namespace nqp::test
