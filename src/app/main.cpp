@@ -89,7 +89,7 @@ private:
     platform::SystemFileAssociations associations_;
     platform::SystemClock clock_;
     platform::SystemMessageBoxes boxes_;
-    platform::AutomationWizards wizards_;
+    platform::AutomationWizards wizards_{platform::ProgramFile()};
     platform::AutomationCompanion companion_{platform::ProgramFolder() / core::kCompanionFileName};
     platform::AviAudioTrackWriter audio_;
     video::Form1 form1_;

@@ -88,7 +88,7 @@ bool IsWizardOf(HWND window, const std::wstring& program) {
 // Another copy of the program may have been started since, and have become the one that the system
 // starts: its wizard would work in its own folder.
 std::unique_ptr<core::Wizard> AutomationWizards::Create() {
-    RegisterAutomation(ProgramFile());
+    RegisterAutomation(program_file_);
     try {
         return std::make_unique<AutomationWizard>();
     } catch (const AutomationError& error) {

@@ -103,9 +103,8 @@ TEST_F(RegistrationTest, BringsBackWhatIsDamaged) {
 
 TEST_F(RegistrationTest, TheSystemStartsTheProgramInItsFolder) {
     std::filesystem::copy_file(platform::ProgramFile(), program_);
-    platform::RegisterAutomation(program_);
     {
-        const auto wizard = platform::AutomationWizards().Create();
+        const auto wizard = platform::AutomationWizards(program_).Create();
         wizard->init();
         EXPECT_EQ(wizard->Get_frwt_OutFilePath(), "init\n");
         EXPECT_EQ(ProcessesOf(program_).size(), 1u);

@@ -68,7 +68,7 @@ protected:
     static void StartServer() { ASSERT_TRUE(test::StartServer(platform::ProgramFile())); }
     static std::vector<DWORD> Servers() { return ProcessesOf(platform::ProgramFile()); }
 
-    platform::AutomationWizards wizards_;
+    platform::AutomationWizards wizards_{platform::ProgramFile()};
 };
 
 class Text {
@@ -250,10 +250,8 @@ TEST_F(WizardTest, AServerThatWasKilledDoesNotKeepAnotherFromStarting) {
 }
 
 TEST_F(WizardTest, AWizardThatCannotBeStartedIsAnError) {
-    RemoveClasses();
-    EXPECT_EQ(ErrorOf([&] { wizards_.Create(); }), "The Quillon Wizard could not be started.");
-    platform::RegisterAutomation(platform::ProgramFolder() / "missing.exe");
-    EXPECT_EQ(ErrorOf([&] { wizards_.Create(); }), "The Quillon Wizard could not be started.");
+    platform::AutomationWizards missing(platform::ProgramFolder() / "missing.exe");
+    EXPECT_EQ(ErrorOf([&] { missing.Create(); }), "The Quillon Wizard could not be started.");
 }
 
 TEST_F(WizardTest, FindsTheWindowInTheServersProcess) {
@@ -286,7 +284,7 @@ protected:
         std::thread client([&] {
             CoInitializeEx(nullptr, COINIT_MULTITHREADED);
             try {
-                steps(*platform::AutomationWizards().Create());
+                steps(*platform::AutomationWizards(platform::ProgramFile()).Create());
             } catch (const std::exception& error) {
                 ADD_FAILURE() << error.what();
             }
@@ -324,7 +322,7 @@ TEST_F(WizardServerTest, CountsTheObjectsOfClients) {
     Client([&](core::Wizard&) {
         EXPECT_EQ(server.Objects(), 1);
         {
-            const auto other = platform::AutomationWizards().Create();
+            const auto other = platform::AutomationWizards(platform::ProgramFile()).Create();
             EXPECT_EQ(server.Objects(), 2);
         }
         EXPECT_EQ(server.Objects(), 1);
