@@ -47,6 +47,13 @@ bool MakeFile(const std::filesystem::path& path) {
     return std::ofstream(path, std::ios::binary | std::ios::app).good();
 }
 
+bool MoveToNewName(const std::filesystem::path& file, const std::filesystem::path& newName) {
+    std::error_code failed;
+    if (std::filesystem::exists(newName, failed)) return false;
+    std::filesystem::rename(file, newName, failed);
+    return !failed;
+}
+
 bool CanRead(const std::filesystem::path& path) {
     return !IsFile(path) || std::ifstream(path, std::ios::binary).good();
 }

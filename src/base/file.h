@@ -30,6 +30,9 @@ bool PutFileInPlace(const std::filesystem::path& path, const FileContent& conten
 // Makes an empty file; one that is there stays as it is. False when that is not possible.
 bool MakeFile(const std::filesystem::path& path);
 
+// False, with both as they were, when there is a file of the new name already.
+bool MoveToNewName(const std::filesystem::path& file, const std::filesystem::path& newName);
+
 // True for an existing file that is no folder.
 bool IsFile(const std::filesystem::path& path);
 

@@ -10,7 +10,9 @@
 
 namespace nqp::core {
 
-// The program that cuts fragments. It stands in the program folder and serves this class.
+// The program that cuts fragments. It stands in the program folder and serves this class, each
+// object in a process of its own, which ends with a job that was started and not waited for, though
+// the object is still held.
 inline constexpr char kCompanionFileName[] = "Framewright.exe";
 inline constexpr char kCompanionProgId[] = "Framewright.FragmentJob";
 
@@ -88,6 +90,8 @@ public:
     // Ends the companion's process; failures are ignored, and a process that was never known is
     // left alone.
     virtual void EndProcess() = 0;
+    // The companion's process was known and has ended.
+    virtual bool ProcessEnded() const = 0;
 };
 
 class Companion {

@@ -42,7 +42,8 @@ public:
     virtual std::string OpenFiles(const OpenFileRequest& request) = 0;
 
     // Modal. The dialog's whole buffer of kSaveBufferBytes: the chosen path in UTF-8 and the NUL
-    // characters behind it. Nothing when the dialog was cancelled, or when the path did not fit.
+    // characters behind it. Nothing when the dialog was cancelled; throws std::runtime_error when
+    // the path did not fit.
     virtual std::optional<std::string> SaveFile(const SaveFileRequest& request) = 0;
 
 protected:

@@ -18,6 +18,8 @@ class PicturePlacementDialog {
 public:
     // Modal, over the whole screen. Nothing when the person accepted no place.
     virtual std::optional<PicturePosition> Place(const std::string& picturePath) = 0;
+    // As if nothing was accepted; nothing when it is not open.
+    virtual void Close() = 0;
 
 protected:
     ~PicturePlacementDialog() = default;

@@ -41,6 +41,11 @@ public:
     virtual base::NativeWindow Window() const = 0;
     // As if its user closed that window; does not wait for it.
     virtual void CloseWindow() = 0;
+    // Several players may reach the same window; only the last one that takes it over serves it.
+    // True when it was another one's before.
+    virtual bool TakeOver() = 0;
+    // Also when the window is closed.
+    virtual bool IsOurs() const = 0;
 
 protected:
     ~WizardFactory() = default;

@@ -121,7 +121,8 @@ struct WindowState {
     bool tabMoves = false;    // Tab moves between the controls, as it always does in a dialog
     Pointer pointer = Pointer::Arrow;
     bool topmost = false;
-    bool maximized = false;  // covers its whole monitor when it is shown
+    bool minimizable = false;  // a dialog that can be put away
+    bool maximized = false;    // covers its whole monitor when it is shown
 };
 
 }  // namespace nqp::forms

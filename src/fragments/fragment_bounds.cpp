@@ -37,7 +37,7 @@ PartRule RuleOf(BoundPart part) {
 std::int32_t Number(const std::string& field) {
     if (field.empty()) return 0;
     const auto number = base::ParseWholeNumber(field);
-    if (!number) throw std::runtime_error("\"" + field + "\" is not a number of a time.");
+    if (!number) throw std::runtime_error("\"" + field + "\" is not a whole number.");
     return *number;
 }
 

@@ -10,7 +10,7 @@
 namespace nqp::fragments {
 namespace {
 
-// Also where the settings were never written.
+// Where the settings were never written, and in place of no frame at all.
 constexpr std::int32_t kWholeFragment = 100;
 constexpr std::size_t kExtensionLength = 4;  // with its dot
 constexpr char kTemporaryEnding[] = "!.avi";

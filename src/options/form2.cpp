@@ -244,6 +244,7 @@ void Form2::ShowOnTopModal() {
 }
 
 void Form2::Form_Unload() {
+    context_.InsertBMPForm.Close();
     context_.Form8.Unload();
 }
 
@@ -330,7 +331,7 @@ void Form2::Command4_Click() {
 // Where nothing was accepted the picture stays where it was.
 void Form2::Command5_Click() {
     const auto place = context_.InsertBMPForm.Place(picture_path_);
-    if (!place) return;
+    if (!place || !Loaded()) return;
     picture_x_ = place->x;
     picture_y_ = place->y;
 }

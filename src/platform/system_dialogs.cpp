@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "forms/run_time_error.h"
+
 namespace nqp::platform {
 namespace {
 
@@ -81,8 +83,11 @@ std::optional<std::string> SystemFileDialogs::SaveFile(const core::SaveFileReque
     dialog.lpstrFileTitle = title.data();
     dialog.nMaxFileTitle = kSaveLimit;
     dialog.lpstrDefExt = request.defaultExtension.c_str();
-    if (GetSaveFileNameA(&dialog) == 0) return std::nullopt;
-    return path;
+    if (GetSaveFileNameA(&dialog) != 0) return path;
+    if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL) {
+        throw forms::RunTimeError("The path of that file is too long.");
+    }
+    return std::nullopt;
 }
 
 }  // namespace nqp::platform

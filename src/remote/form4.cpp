@@ -84,7 +84,8 @@ Form4::Form4(const RemoteContext& context)
                {kStopButton, Picture3, Picture8},
                {kPauseButton, Picture4, Picture9},
                {kOpenButton, Picture6, Picture11}}}),
-      remembered_height_(base::RoundHalfEven(face::kFirstExpandedHeight)) {
+      remembered_height_(base::RoundHalfEven(face::kFirstExpandedHeight)),
+      wizard_(context.wizards) {
     for (forms::Control* control : std::initializer_list<forms::Control*>{
              &Label2, &Text5, &Label5, &Text4, &Label6, &Text6, &Line13, &Line10, &Picture13,
              &Picture10, &Picture14, &Picture15, &Picture5, &Picture16, &Picture1, &Picture17,
@@ -157,13 +158,13 @@ void Form4::NameControls() {
     name(Picture1, "Exit");
     name(Picture17, "Size");
     name(Picture18, "Width");
-    name(Text1, "Fragment begin: hours");
-    name(Text2, "Fragment begin: minutes");
-    name(Text3, "Fragment begin: seconds");
+    name(Text1, "Fragment start: hours");
+    name(Text2, "Fragment start: minutes");
+    name(Text3, "Fragment start: seconds");
     name(Text5, "Fragment end: hours");
     name(Text4, "Fragment end: minutes");
     name(Text6, "Fragment end: seconds");
-    name(Command1, "Mark the begin of a fragment");
+    name(Command1, "Mark the start of a fragment");
     name(Command2, "Mark the end of the fragment and cut it");
     List1.SetAccessibleName("Playlist");
     Label1.SetToolTipText(core::kApplicationTitle);
@@ -282,8 +283,7 @@ void Form4::Form_Unload() {
     context_.tray.SetTrayIcon(core::TrayMessage::Delete, Handle(), {});
     EndCompanions();
     Form1_.UnloadWindow();
-    if (wizard_) context_.wizards.CloseWindow();
-    wizard_.reset();
+    wizard_.Close();
 }
 
 }  // namespace nqp::remote

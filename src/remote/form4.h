@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -34,6 +35,7 @@
 #include "fragments/fragment_bounds.h"
 #include "fragments/hand_off.h"
 #include "fragments/job_watch.h"
+#include "fragments/wizard_link.h"
 #include "playlist/playlist_store.h"
 #include "remote/hover_highlight.h"
 #include "remote/knob_drag.h"
@@ -102,7 +104,7 @@ public:
     // Progress text for the wizard.
     void set_form7_status(const std::string& stat);
     const Transport& Flags() const { return transport_; }
-    bool wizard_active() const { return wizard_ != nullptr; }
+    bool wizard_active() const { return wizard_.Open(); }
     // A job was started that the remote does not wait for.
     bool job_nowait() const { return !jobs_beside_.empty(); }
     int hover_button() const { return hover_.hover_button(); }
@@ -266,15 +268,14 @@ private:
     void ShowFragment(const fragments::FragmentBounds& bounds);
     void LeaveBound(fragments::BoundEnd which, fragments::BoundPart part);
     void OpenWizard();
-    void ForgetEarlierJobs();
     void ServeWizard();
-    std::optional<fragments::JobKind> WaitingJob();
-    void RunJob(fragments::JobKind kind);
+    std::exception_ptr RunJob(fragments::JobKind kind);
     void DoJob(fragments::JobKind kind);
     void DoAudioJob(const fragments::JobSource& source, const std::string& output);
     bool RunCompanion(const core::FragmentJob& job, fragments::JobKind kind);
     void WaitFor(core::CompanionJob& job, fragments::JobWatch& watch) const;
     void FinishAudioTarget();
+    void RefuseToReplace(const fragments::AudioTarget& target) const;
     bool ReportAudioProgress(int percent);
     void EndJob();
     void EndCompanions();
@@ -335,8 +336,8 @@ private:
     std::string file_path_;
     std::string title_;
     bool tray_restore_ = false;
-    bool choosing_ = false;                            // the open dialog is up
-    std::unique_ptr<core::Wizard> wizard_;             // null: the wizard was not opened
+    bool choosing_ = false;  // the open dialog is up
+    fragments::WizardLink wizard_;
     bool serving_wizard_ = false;                      // a job is under way, or is being asked for
     std::unique_ptr<core::CompanionJob> waiting_job_;  // that the remote waits for
     std::vector<std::unique_ptr<core::CompanionJob>> jobs_beside_;  // that go on without it

@@ -18,75 +18,40 @@ using fragments::AudioTarget;
 using fragments::JobKind;
 using fragments::JobWatch;
 
-std::string TimeOf(const fragments::Bound& bound) {
-    return bound.hours + ":" + bound.minutes + ":" + bound.seconds;
-}
-
 void RemoveFile(const std::string& path) {
     std::error_code ignored;
     std::filesystem::remove(base::PathFromUtf8(path), ignored);
 }
 
-// What is there already stays, and so does the clip.
-void MoveToTarget(const AudioTarget& target) {
-    const std::filesystem::path path = base::PathFromUtf8(target.path);
-    std::error_code failed;
-    if (!base::IsFile(path)) {
-        std::filesystem::rename(base::PathFromUtf8(target.temporaryVideo), path, failed);
-        if (!failed) return;
-    }
-    throw forms::RunTimeError("The sound could not be saved as " + target.path + ". It is in " +
-                              target.temporaryVideo + ".");
-}
-
 }  // namespace
 
+// It takes a moment, in which the program may be closed.
 void Form4::OpenWizard() {
-    {
-        const core::ArmedAutomationStart armed(context_.programFolder);
-        wizard_ = context_.wizards.Create();
-    }
-    wizard_->init();
-    if (!serving_wizard_) ForgetEarlierJobs();
-    const fragments::FragmentBounds bounds = MarkedFragment();
-    wizard_->update_numbers(TimeOf(bounds.begin) + " -", TimeOf(bounds.end));
-    wizard_->set_filepath(file_path_);
-}
-
-// The wizard may have been left in the middle of a job, by a player that has crashed since.
-void Form4::ForgetEarlierJobs() {
-    while (WaitingJob())
-        ;
-    wizard_->hide_status();
+    wizard_.Create(context_.programFolder);
+    if (!Loaded()) return wizard_.Close();
+    wizard_.Show({MarkedFragment(), file_path_}, !serving_wizard_);
 }
 
 void Form4::set_form7_status(const std::string& stat) {
-    if (wizard_) wizard_->set_form7_status(stat);
+    wizard_.SetStatus(stat);
 }
 
-// A wizard whose process has ended asks for nothing any more.
+// What went wrong is told when all is as it was before: the person may go on at once.
 void Form4::ServeWizard() {
-    if (!wizard_ || serving_wizard_) return;
-    const base::ScopedFlag serving(serving_wizard_);
-    std::optional<JobKind> kind;
-    try {
-        kind = WaitingJob();
-    } catch (const std::exception&) {
-        wizard_.reset();
+    std::erase_if(jobs_beside_, [](const auto& job) { return job->ProcessEnded(); });
+    if (serving_wizard_ || !wizard_.Open()) return;
+    std::exception_ptr failure;
+    {
+        const base::ScopedFlag serving(serving_wizard_);
+        wizard_.Update({MarkedFragment(), file_path_});
+        const auto kind = wizard_.WaitingJob();
+        if (kind && Loaded()) failure = RunJob(*kind);
     }
-    if (kind) RunJob(*kind);
+    if (failure) forms::Guarded(forms::Origin::User, [&] { std::rethrow_exception(failure); });
 }
 
-std::optional<JobKind> Form4::WaitingJob() {
-    if (wizard_->Get_frwt_video()) return JobKind::Video;
-    if (wizard_->Get_frwt_audio()) return JobKind::Audio;
-    if (wizard_->Get_frwt_image()) return JobKind::Image;
-    return std::nullopt;
-}
-
-// Whatever becomes of the job, the windows come back first. A person had asked for it, so what went
-// wrong is told.
-void Form4::RunJob(JobKind kind) {
+// Whatever becomes of the job, the windows come back.
+std::exception_ptr Form4::RunJob(JobKind kind) {
     Hide();
     Form1_.HideWindow();
     std::exception_ptr failure;
@@ -96,10 +61,11 @@ void Form4::RunJob(JobKind kind) {
         failure = std::current_exception();
     }
     EndJob();
-    if (failure) forms::Guarded(forms::Origin::User, [&] { std::rethrow_exception(failure); });
+    return failure;
 }
 
-// The program may have been closed from its icon meanwhile.
+// The program may have been closed from its icon meanwhile. The wizard can be cancelled until it is
+// idle again, and what it left then must not cancel the next job.
 void Form4::EndJob() {
     waiting_job_.reset();
     if (Loaded()) {
@@ -107,17 +73,12 @@ void Form4::EndJob() {
         Form1_.ShowWindow();
     }
     core::DeleteFlagFile(context_.programFolder);
-    if (!wizard_) return;
-    try {
-        wizard_->init();
-        wizard_->hide_status();
-    } catch (const std::exception&) {
-        wizard_.reset();
-    }
+    wizard_.ComeBackIdle();
+    core::DeleteFlagFile(context_.programFolder);
 }
 
 void Form4::DoJob(JobKind kind) {
-    const std::string output = wizard_->Get_frwt_OutFilePath();
+    const std::string output = wizard_.OutputPath();
     const fragments::JobSource source{.programFolder = context_.programFolder,
                                       .file = file_path_,
                                       .beginSeconds = glob_PosBegin(),
@@ -143,8 +104,9 @@ bool Form4::RunCompanion(const core::FragmentJob& job, JobKind kind) {
     WaitFor(*waiting_job_, watch);
     const bool returned = waiting_job_->Returned();
     const auto error = returned ? waiting_job_->Error() : std::nullopt;
-    if (mode == core::RunMode::Waiting) waiting_job_->EndProcess();
-    if (!Loaded() || watch.Cancelled()) return false;
+    const bool cancelled = watch.Cancelled();
+    if (mode == core::RunMode::Waiting || cancelled) waiting_job_->EndProcess();
+    if (!Loaded() || cancelled) return false;
     if (watch.TookTooLong()) {
         throw forms::RunTimeError(std::string(core::kCompanionFileName) +
                                   " did not come to the end of its job.");
@@ -169,26 +131,37 @@ void Form4::WaitFor(core::CompanionJob& job, JobWatch& watch) const {
 void Form4::DoAudioJob(const fragments::JobSource& source, const std::string& output) {
     audio_target_ = fragments::AudioTargetOf(output);
     const core::RunMode mode = fragments::RunModeOf(settings_);
-    const core::FragmentJob job = fragments::AudioJob(source, settings_, audio_target_, mode);
-    const bool done = RunCompanion(job, JobKind::Audio);
-    if (!Loaded()) return;
     const bool waited = mode == core::RunMode::Waiting;
-    if (done || (!waited && audio_target_.format == AudioTarget::Format::Unknown)) {
-        FinishAudioTarget();
-    } else if (waited) {
-        RemoveFile(audio_target_.temporaryVideo);  // of a job that was cancelled
-    }
+    const AudioTarget target = audio_target_;
+    if (waited && target.format == AudioTarget::Format::Mp3) RefuseToReplace(target);
+    const core::FragmentJob job = fragments::AudioJob(source, settings_, target, mode);
+    const bool done = RunCompanion(job, JobKind::Audio);
+    if (waited && !done) RemoveFile(target.temporaryVideo);  // of a job that was cancelled
+    const bool unknown = target.format == AudioTarget::Format::Unknown;
+    if (done || (Loaded() && !waited && unknown)) FinishAudioTarget();
+}
+
+// Nobody was asked whether the file may be replaced.
+void Form4::RefuseToReplace(const AudioTarget& target) const {
+    if (!base::IsFile(base::PathFromUtf8(target.path))) return;
+    throw forms::RunTimeError("There is already a file " + target.path +
+                              ". Please choose another name.");
 }
 
 void Form4::FinishAudioTarget() {
-    switch (audio_target_.format) {
+    const AudioTarget target = audio_target_;
+    switch (target.format) {
         case AudioTarget::Format::Wave:
             save_audio();
-            RemoveFile(audio_target_.temporaryVideo);
+            RemoveFile(target.temporaryVideo);
             break;
         case AudioTarget::Format::Mp3:
-            MoveToTarget(audio_target_);
-            break;
+            if (base::MoveToNewName(base::PathFromUtf8(target.temporaryVideo),
+                                    base::PathFromUtf8(target.path))) {
+                break;
+            }
+            throw forms::RunTimeError("The sound could not be saved as " + target.path +
+                                      ". It is in " + target.temporaryVideo + ".");
         case AudioTarget::Format::Unknown:
             context_.boxes.Inform("Invalid extension! Use *.wav or *.mp3");
             break;
@@ -210,8 +183,7 @@ void Form4::save_audio() {
 
 // The wizard's Cancel is a marker in the program folder.
 bool Form4::ReportAudioProgress(int percent) {
-    forms::Guarded(forms::Origin::Program,
-                   [&] { set_form7_status(std::to_string(percent) + " % copied"); });
+    set_form7_status(std::to_string(percent) + " % copied");
     forms::RunWaitingMessages();
     return !Loaded() || base::IsFile(context_.programFolder / core::kFlagFileName);
 }

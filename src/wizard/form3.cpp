@@ -15,7 +15,6 @@ constexpr base::Rect kJobsArea{0, 0, kClient.width, 4740};
 constexpr base::Rect kStatusArea{0, kJobsArea.height, kClient.width,
                                  kClient.height - kJobsArea.height};
 constexpr base::Twips kLine = 300;
-constexpr base::Twips kFieldHeight = 375;
 constexpr base::Twips kFieldTop = 1080;
 constexpr base::Twips kFirstJob = 1800;
 constexpr base::Twips kJobPitch = 960;
@@ -42,12 +41,19 @@ constexpr base::Rect ButtonAt(int row) {
             forms::look::kButtonHeight};
 }
 
+// Without a frame it is as high as its line; a field's line begins a little below its top.
+constexpr base::Rect FieldAt(base::Twips left, base::Twips top, base::Twips width) {
+    constexpr base::Twips kRise = 15;
+    return {left, top + kRise, width, kLine};
+}
+
 constexpr base::Rect TextAt(int row) {
     return {kTextLeft, JobTop(row) + (kPicture - kTwoLines) / 2,
             kClient.width - kMargin - kTextLeft, kTwoLines};
 }
 
 constexpr char kIdleStatus[] = "0 % copied";
+constexpr int kPlayerPatience = 10;  // seconds
 
 const core::FileFilter kAllFiles{"All files (*.*)", "*.*"};
 
@@ -58,15 +64,15 @@ Form3::Form3(const WizardContext& context)
                    .caption = "Quillon Wizard",
                    .frame = forms::FrameStyle::Dialog,
                    .bounds = {0, 0, kClient.width, kClient.height},
-                   .backColor = kWhite}),
+                   .backColor = kWhite,
+                   .minimizable = true}),
       Frame1(*this, "Frame1", 181, kJobsArea),
       Label1(*this, "Label1", 101, {kMargin, 270, kClient.width - 2 * kMargin, 600},
              "Quillon Wizard makes it easy for you to set up and run necessary media operation."),
-      Label2(*this, "Label2", 102,
-             {kMargin, kFieldTop + (kFieldHeight - kLine) / 2, kButtonLeft - kMargin - 45, kLine},
+      Label2(*this, "Label2", 102, {kMargin, kFieldTop, kButtonLeft - kMargin - 45, kLine},
              "Fragment:"),
-      Text1(*this, "Text1", 141, {kButtonLeft, kFieldTop, 1350, kFieldHeight}, "00:00:00 -"),
-      Text2(*this, "Text2", 142, {kButtonLeft + 1450, kFieldTop, 1350, kFieldHeight}, "00:00:00"),
+      Text1(*this, "Text1", 141, FieldAt(kButtonLeft, kFieldTop, 1050), "00:00:00 -"),
+      Text2(*this, "Text2", 142, FieldAt(kButtonLeft + 1080, kFieldTop, 1050), "00:00:00"),
       Picture1(*this, "Picture1", 121, PictureAt(0)),
       Command1(*this, "Command1", 151, ButtonAt(0), "&Video fragment"),
       Label5(*this, "Label5", 105, TextAt(0),
@@ -81,7 +87,7 @@ Form3::Form3(const WizardContext& context)
              "- you can extract current frame and save image to file"),
       Frame2(*this, "Frame2", 182, kStatusArea),
       Label7(*this, "Label7", 107, {kMargin, kStatusTop + 45, 1800, kLine}, "Please, wait ... "),
-      Text3(*this, "Text3", 143, {kButtonLeft + 1080, kStatusTop + 8, 2700, kFieldHeight},
+      Text3(*this, "Text3", 143, FieldAt(kButtonLeft + 1080, kStatusTop + 45, 2700),
             "processing..."),
       Command4(*this, "Command4", 154,
                {kClient.width - kMargin - kCancelWidth, kStatusTop, kCancelWidth,
@@ -110,10 +116,10 @@ void Form3::Paint() {
     for (forms::TextBox* field : {&Text1, &Text2, &Text3}) {
         field->MakeReadOnly();
         field->SetTabStop(false);
-        field->SetAlignment(forms::Align::Center);
         field->SetColors(forms::look::kInk, kWhite);
     }
-    Text1.SetAccessibleName("Fragment begin");
+    Text3.SetColors(forms::look::kInk, forms::look::kPaper);
+    Text1.SetAccessibleName("Fragment start");
     Text2.SetAccessibleName("Fragment end");
     Text3.SetAccessibleName("Progress");
     Picture1.SetPicture(context_.pictures.video);
@@ -147,14 +153,24 @@ void Form3::Form_Load() {
     Form7_.Load();
 }
 
+// Whoever closes it does without what was asked for in it.
 void Form3::Form_Unload() {
-    Form7_.Unload();
+    wiz_video = wiz_audio = wiz_image = false;
+    hide_status();
 }
 
 bool Form3::Form_KeyDown(const base::KeyEvent& key) {
     if (key.KeyCode != base::kKeyEscape) return false;
-    Unload();
+    CloseRequested();
     return true;
+}
+
+// The player's windows are hidden during a job: without this one nobody could cancel it. It can be
+// closed all the same by asking twice, because the player may have ended.
+void Form3::CloseRequested() {
+    if (!JobUnderWay() || close_was_asked_) return Unload();
+    close_was_asked_ = true;
+    if (Command4.Visible() && Command4.Enabled()) Command4_Click();
 }
 
 void Form3::Command1_Click() {
@@ -192,6 +208,8 @@ void Form3::AskFor(const Job& job) {
     const auto chosen = context_.dialogs.SaveFile(job.dialog);
     if (!chosen || !Loaded()) return;
     EnableJobs(false);
+    close_was_asked_ = false;
+    unfetched_seconds_ = 0;
     Label7.SetVisible(true);
     wiz_OutFilePath = *chosen;
     this->*job.request = true;
@@ -203,8 +221,10 @@ void Form3::EnableJobs(bool enabled) {
         button->SetEnabled(enabled);
 }
 
-// The file's being there is the sign; what is in it stays.
+// The file's being there is the sign; what is in it stays. The companion may take a moment to see
+// it.
 void Form3::Command4_Click() {
+    Command4.SetEnabled(false);
     if (!base::MakeFile(context_.programFolder / core::kFlagFileName)) {
         throw forms::RunTimeError("The job cannot be cancelled: nothing can be written to " +
                                   base::Utf8FromPath(context_.programFolder) + ".");
@@ -212,10 +232,22 @@ void Form3::Command4_Click() {
 }
 
 void Form3::Timer1_Timer() {
+    if (RequestWaits() && ++unfetched_seconds_ > kPlayerPatience) return GiveUpOnPlayer();
     if (!wiz_busy || wiz_OutFilePath.empty()) return;
+    const bool first = !Command4.Visible();
     Text3.SetVisible(true);
     Command4.SetVisible(true);
+    if (first) Command4.SetFocus();
     Text3.SetText(Form7_.Caption());
+}
+
+// The player asks ten times a second.
+void Form3::GiveUpOnPlayer() {
+    wiz_video = wiz_audio = wiz_image = false;
+    hide_status();
+    forms::Guarded(forms::Origin::User, [] {
+        throw forms::RunTimeError("The player that opened this wizard has been closed.");
+    });
 }
 
 void Form3::set_status(const std::string& text) {
@@ -230,7 +262,10 @@ void Form3::hide_status() {
     Form7_.SetCaption(kIdleStatus);
     Form7_.Unload();
     Text3.SetVisible(false);
+    Command4.SetEnabled(true);
+    if (!JobUnderWay()) return;
     EnableJobs(true);
+    Command1.SetFocus();
 }
 
 }  // namespace nqp::wizard

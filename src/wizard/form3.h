@@ -83,6 +83,7 @@ private:
     void Form_Load() override;
     void Form_Unload() override;
     bool Form_KeyDown(const base::KeyEvent& key) override;
+    void CloseRequested() override;
     void Command1_Click();
     void Command2_Click();
     void Command3_Click();
@@ -93,9 +94,14 @@ private:
     void BindHandlers();
     void AskFor(const Job& job);
     void EnableJobs(bool enabled);
+    bool JobUnderWay() const { return !Command1.Enabled(); }
+    bool RequestWaits() const { return wiz_video || wiz_audio || wiz_image; }
+    void GiveUpOnPlayer();
 
     WizardContext context_;
     Form7 Form7_;
+    bool close_was_asked_ = false;  // during the job that is under way
+    int unfetched_seconds_ = 0;     // since a job was asked for
 };
 
 }  // namespace nqp::wizard

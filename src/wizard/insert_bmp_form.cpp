@@ -88,7 +88,12 @@ void InsertBMPForm::Picture1_MouseMove(const base::MouseEvent& mouse) {
     if (!dragging_) return;
     MovePicture(Picture1.Left() + mouse.X - static_cast<base::Twips>(grab_x_),
                 Picture1.Top() + mouse.Y - static_cast<base::Twips>(grab_y_));
-    ReadPosition();
+    // A picture without a position ends the drag: it is told once, and cannot be accepted.
+    dragging_ = false;
+    forms::Guarded(forms::Origin::User, [this] {
+        ReadPosition();
+        dragging_ = true;
+    });
 }
 
 void InsertBMPForm::MovePicture(base::Twips left, base::Twips top) {
@@ -104,6 +109,7 @@ void InsertBMPForm::ReadPosition() {
 
 // The position stays that of the last move: it was within the frame already.
 void InsertBMPForm::Picture1_MouseUp(const base::MouseEvent&) {
+    if (!dragging_) return;
     dragging_ = false;
     SnapInside();
     if (!boxes_.Accepts(Handle(), "Accept current position?")) return;

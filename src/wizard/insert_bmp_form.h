@@ -17,6 +17,7 @@ public:
     explicit InsertBMPForm(core::MessageBoxes& boxes);
 
     std::optional<core::PicturePosition> Place(const std::string& picturePath) override;
+    void Close() override { Unload(); }
 
     forms::PictureBox Picture1;
 

@@ -17,6 +17,7 @@ const Calls kWizardComesBack = {"init", "hide_status"};
 constexpr double kTwoHours = 7200;
 
 std::string last_error;
+std::function<void()> when_told;
 
 // A save dialog's buffer.
 std::string Padded(const std::string& path) {
@@ -30,12 +31,17 @@ protected:
     Fragment() {
         last_error.clear();
         forms::SetRunTimeErrorHandler([](const std::string& sentence, forms::Origin origin) {
-            if (origin == forms::Origin::User) last_error = sentence;
+            if (origin != forms::Origin::User) return;
+            last_error = sentence;
+            if (when_told) when_told();
         });
         player_.PutSetting(core::kVideoForWindows, "1");
         player_.PutSetting(core::kFragmentPercentage, "40");
     }
-    ~Fragment() override { forms::SetRunTimeErrorHandler(nullptr); }
+    ~Fragment() override {
+        forms::SetRunTimeErrorHandler(nullptr);
+        when_told = nullptr;
+    }
 
     void StartWithClip() {
         player_.Start();
@@ -200,8 +206,7 @@ TEST_F(Fragment, CutMarksTheEndPausesAndOpensTheWizard) {
     EXPECT_TRUE(form4_.Flags().bPause);
     EXPECT_EQ(marker, "1");
     EXPECT_EQ(player_.wizards.calls,
-              (Calls{"init", "hide_status", "update_numbers 00:00:02 - | 00:00:05",
-                     "set_filepath " + clip_}));
+              (Calls{"init", "update_numbers 00:00:02 - | 00:00:05", "set_filepath " + clip_}));
     EXPECT_TRUE(form4_.wizard_active());
     EXPECT_EQ(player_.folder.Content("startup.cfg"), "0") << "no other start may be taken for it";
 }
@@ -227,8 +232,8 @@ TEST_F(Fragment, CutTakesTheFieldsAsTheyStandWithoutAFile) {
     SetBegin("00", "01", "30");
     SetEnd("00", "02", "00");
     ClickOn(form4_.Command2);
-    EXPECT_EQ(player_.wizards.calls[2], "update_numbers 00:01:30 - | 00:02:00");
-    EXPECT_EQ(player_.wizards.calls[3], "set_filepath ");
+    EXPECT_EQ(player_.wizards.calls[1], "update_numbers 00:01:30 - | 00:02:00");
+    EXPECT_EQ(player_.wizards.calls[2], "set_filepath ");
 }
 
 TEST_F(Fragment, CutLeavesFullScreen) {
@@ -248,10 +253,55 @@ TEST_F(Fragment, WizardThatCannotBeStartedIsTold) {
 }
 
 TEST_F(Fragment, CutForgetsAJobThatAnEarlierPlayerLeft) {
+    StartWithClip();
+    player_.wizards.usedByAnother = true;
     player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
-    StartWithWizard();
+    ClickOn(form4_.Command2);
+    EXPECT_EQ(player_.wizards.calls.back(), "hide_status");
     Tick();
     EXPECT_TRUE(player_.companion.jobs.empty());
+}
+
+TEST_F(Fragment, WizardThatAnotherPlayerHasTakenIsLeftToIt) {
+    StartWithWizard();
+    player_.wizards.ours = false;
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    Tick();
+    EXPECT_TRUE(player_.companion.jobs.empty());
+    EXPECT_EQ(player_.wizards.questions, 0);
+    EXPECT_FALSE(form4_.wizard_active());
+    form4_.Picture1_Click();
+    EXPECT_EQ(player_.wizards.calls, Calls{}) << "its window stays";
+}
+
+TEST_F(Fragment, WizardShowsWhatHasChangedSince) {
+    StartWithWizard();
+    SetEnd("00", "00", "09");
+    Tick();
+    EXPECT_EQ(player_.wizards.calls,
+              (Calls{"update_numbers 00:00:02 - | 00:00:09", "set_filepath " + clip_}));
+    Tick();
+    EXPECT_EQ(player_.wizards.calls.size(), 2U);
+}
+
+TEST_F(Fragment, ProgramClosedWhileTheWizardStartsLeavesNoWizard) {
+    StartWithClip();
+    player_.wizards.whenCreated = [this] { form4_.Picture1_Click(); };
+    ClickOn(form4_.Command2);
+    RunMessages();
+    EXPECT_EQ(player_.wizards.calls, Calls{"CloseWindow"});
+    EXPECT_EQ(player_.wizards.alive, 0);
+}
+
+TEST_F(Fragment, ProgramClosedWhileItAsksForAJobDoesNone) {
+    StartWithWizard();
+    player_.wizards.AskForAudio(Padded(Target("song.wav")));
+    player_.wizards.whenAsked = [this] { form4_.Picture1_Click(); };
+    Tick();
+    RunMessages();
+    EXPECT_TRUE(player_.companion.jobs.empty());
+    EXPECT_EQ(player_.wizards.alive, 0);
+    EXPECT_FALSE(form4_.Loaded());
 }
 
 TEST_F(Fragment, SecondCutKeepsOneWizard) {
@@ -348,6 +398,28 @@ TEST_F(Fragment, FlagFileIsGoneAfterEveryJob) {
         EXPECT_FALSE(player_.folder.Has("flag.txt"));
         EXPECT_EQ(last_error, "");
     }
+}
+
+TEST_F(Fragment, CancelAfterTheEndDoesNotReachTheNextJob) {
+    StartWithWizard();
+    player_.wizards.whenIdle = [this] { player_.folder.Put("flag.txt", ""); };
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    Tick();
+    EXPECT_FALSE(player_.folder.Has("flag.txt"));
+}
+
+TEST_F(Fragment, ErrorIsToldWhenTheNextJobCanBeServed) {
+    StartWithWizard();
+    player_.companion.Fail("Framewright.exe could not do the job.");
+    int served = 0;
+    when_told = [&] {
+        const int before = player_.wizards.questions;
+        Tick();
+        served = player_.wizards.questions - before;
+    };
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    Tick();
+    EXPECT_EQ(served, 3);
 }
 
 TEST_F(Fragment, TicksDoNotAskWhileAJobIsUnderWay) {
@@ -520,13 +592,40 @@ TEST_F(Fragment, Mp3IsTheTemporaryClipUnderItsOwnName) {
 
 TEST_F(Fragment, Mp3DoesNotTakeTheNameOfAnotherFile) {
     StartWithWizard();
-    player_.folder.Put("song!.avi", "sound");
     player_.folder.Put("song.mp3", "of the user");
+    player_.wizards.AskForAudio(Padded(Target("song.mp3")));
+    Tick();
+    EXPECT_EQ(player_.folder.Content("song.mp3"), "of the user");
+    EXPECT_TRUE(player_.companion.jobs.empty()) << "told before the work, not after it";
+    EXPECT_NE(last_error.find("already a file"), std::string::npos) << last_error;
+}
+
+TEST_F(Fragment, Mp3WhoseNameWasTakenMeanwhileStaysInTheClip) {
+    StartWithWizard();
+    player_.companion.whenBegun = [this] {
+        player_.folder.Put("song!.avi", "sound");
+        player_.folder.Put("song.mp3", "of the user");
+    };
     player_.wizards.AskForAudio(Padded(Target("song.mp3")));
     Tick();
     EXPECT_EQ(player_.folder.Content("song.mp3"), "of the user");
     EXPECT_EQ(player_.folder.Content("song!.avi"), "sound");
     EXPECT_NE(last_error.find("song!.avi"), std::string::npos) << last_error;
+}
+
+TEST_F(Fragment, ProgramClosedDuringTheCopyStopsIt) {
+    StartWithWizard();
+    bool stops = false;
+    player_.audio.act = [&](const core::AudioTrackWriter::Progress& progress) {
+        form4_.Picture1_Click();
+        stops = progress(42);
+        return core::AudioTrackResult::Aborted;
+    };
+    player_.wizards.AskForAudio(Padded(Target("song.wav")));
+    Tick();
+    RunMessages();
+    EXPECT_TRUE(stops);
+    EXPECT_EQ(player_.boxes.shown, Calls{});
 }
 
 TEST_F(Fragment, OtherEndingIsToldAndTheClipStays) {
@@ -622,6 +721,29 @@ TEST_F(Fragment, JobsBesideThePlayerEndWithIt) {
     EXPECT_EQ(player_.companion.killed, 2);
     EXPECT_EQ(player_.companion.alive, 0);
     EXPECT_EQ(player_.wizards.calls.back(), "CloseWindow");
+}
+
+TEST_F(Fragment, JobBesideThePlayerThatHasEndedIsForgotten) {
+    player_.PutSetting(core::kVideoForWindows, "0");
+    StartWithWizard();
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    Tick();
+    Tick();
+    EXPECT_EQ(player_.companion.alive, 1);
+    player_.companion.processEnded = true;
+    Tick();
+    EXPECT_EQ(player_.companion.alive, 0);
+    EXPECT_FALSE(form4_.job_nowait());
+}
+
+TEST_F(Fragment, JobBesideThePlayerThatIsCancelledIsEnded) {
+    player_.PutSetting(core::kVideoForWindows, "0");
+    StartWithWizard();
+    player_.companion.whenBegun = [this] { player_.folder.Put("flag.txt", ""); };
+    player_.wizards.AskForVideo(Padded("C:\\a\\b.avi"));
+    Tick();
+    EXPECT_EQ(player_.companion.killed, 1);
+    EXPECT_FALSE(form4_.job_nowait());
 }
 
 TEST_F(Fragment, SoundBesideThePlayerGoesStraightToItsTarget) {

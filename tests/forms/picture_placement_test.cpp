@@ -17,8 +17,9 @@ class PicturePlacement : public testing::Test {
 protected:
     PicturePlacement() {
         last_error.clear();
-        forms::SetRunTimeErrorHandler(
-            [](const std::string& sentence, forms::Origin) { last_error = sentence; });
+        forms::SetRunTimeErrorHandler([](const std::string& sentence, forms::Origin origin) {
+            if (origin == forms::Origin::User) last_error = sentence;
+        });
         PutPicture("logo.bmp", kPictureSide, kPictureSide);
         player_.PutSetting(core::kInsertPicture, "1");
         player_.PutSetting(core::kVideoForWindows, "1");
@@ -192,9 +193,22 @@ TEST_F(PicturePlacement, PictureAsLargeAsTheVideoHasNoPosition) {
         MoveHolding(form_.Picture1, base::kLeftButton, 300, 300);
         EXPECT_EQ(last_error, "The picture is as large as the video.");
         EXPECT_EQ(form_.Caption(), kCaption + "X: 0   Y: 0");
-        LetGo();
+        last_error.clear();
+        MoveHolding(form_.Picture1, base::kLeftButton, 350, 300);
+        LetGoAndAccept();
+        EXPECT_EQ(last_error, "") << "told once";
+        EXPECT_TRUE(OnScreen(form_));
         CloseBySystem(form_);
     });
+    EXPECT_TRUE(player_.boxes.shown.empty()) << "there is nothing to accept";
+}
+
+TEST_F(PicturePlacement, GoesWithTheProgram) {
+    Open([this] { player_.form4.Picture1_Click(); });
+    RunMessages();
+    EXPECT_FALSE(form_.Loaded());
+    EXPECT_FALSE(player_.form2.Loaded());
+    EXPECT_FALSE(player_.form4.Loaded());
 }
 
 TEST_F(PicturePlacement, IsOutOfReachWithoutAPicture) {

@@ -241,22 +241,72 @@ TEST_F(QuillonWizard, StatusIsNeverSeenAsAWindow) {
     EXPECT_TRUE(IsIdle());
 }
 
-TEST_F(QuillonWizard, ClosedWindowComesBackAsItWas) {
-    Choose(JobButtons()[0], "C:\\new.avi");
-    CloseBySystem(window_);
-    EXPECT_FALSE(window_.Loaded());
-    EXPECT_TRUE(automation_.Get_frwt_video());
-    automation_.set_form7_status("37 % copied");
-    automation_.init();
-    EXPECT_TRUE(OnScreen(window_));
-    EXPECT_FALSE(JobsAreEnabled());
-    Tick();
-    EXPECT_EQ(TextOn(window_.Text3), "37 % copied");
-}
-
-TEST_F(QuillonWizard, EscapeClosesIt) {
+TEST_F(QuillonWizard, IdleWindowIsClosedByEscapeAndByTheSystem) {
     PressKey(window_, base::kKeyEscape);
     EXPECT_FALSE(window_.Loaded());
+    automation_.init();
+    EXPECT_TRUE(OnScreen(window_));
+    CloseBySystem(window_);
+    EXPECT_FALSE(window_.Loaded());
+}
+
+TEST_F(QuillonWizard, ClosingItDuringAJobCancelsTheJobFirst) {
+    Choose(JobButtons()[0], "C:\\new.avi");
+    Tick();
+    PressKey(window_, base::kKeyEscape);
+    EXPECT_TRUE(OnScreen(window_));
+    EXPECT_TRUE(folder_.Has("flag.txt"));
+    CloseBySystem(window_);
+    EXPECT_FALSE(window_.Loaded()) << "asked twice";
+}
+
+TEST_F(QuillonWizard, ClosingItDuringAnImageTakesTwoAttempts) {
+    Choose(JobButtons()[2], "C:\\new.bmp");
+    CloseBySystem(window_);
+    EXPECT_TRUE(OnScreen(window_));
+    EXPECT_FALSE(folder_.Has("flag.txt"));
+    CloseBySystem(window_);
+    EXPECT_FALSE(window_.Loaded());
+}
+
+TEST_F(QuillonWizard, ClosedWindowComesBackIdleAndAsksForNothing) {
+    Choose(JobButtons()[0], "C:\\new.avi");
+    window_.Unload();
+    RunMessages();
+    EXPECT_FALSE(automation_.Get_frwt_video());
+    automation_.init();
+    EXPECT_TRUE(IsIdle());
+}
+
+TEST_F(QuillonWizard, RequestThatNobodyFetchesIsGivenUp) {
+    Choose(JobButtons()[0], "C:\\new.avi");
+    for (int second = 0; second < 10; ++second)
+        Tick();
+    EXPECT_FALSE(JobsAreEnabled());
+    Tick();
+    EXPECT_TRUE(IsIdle());
+    EXPECT_FALSE(automation_.Get_frwt_video());
+    EXPECT_EQ(last_error, "The player that opened this wizard has been closed.");
+}
+
+TEST_F(QuillonWizard, FetchedRequestMayTakeLong) {
+    Choose(JobButtons()[1], "C:\\new.wav");
+    EXPECT_TRUE(automation_.Get_frwt_audio());
+    for (int second = 0; second < 100; ++second)
+        Tick();
+    EXPECT_TRUE(ShowsProgress());
+    EXPECT_EQ(last_error, "");
+}
+
+TEST_F(QuillonWizard, CancelCanBePressedOnceForEachJob) {
+    for (int job = 0; job < 2; ++job) {
+        Choose(JobButtons()[0], "C:\\new.avi");
+        Tick();
+        EXPECT_TRUE(window_.Command4.Enabled());
+        ClickOn(window_.Command4);
+        EXPECT_FALSE(window_.Command4.Enabled());
+        automation_.hide_status();
+    }
 }
 
 TEST_F(QuillonWizard, WindowClosedBehindItsDialogAsksForNothing) {

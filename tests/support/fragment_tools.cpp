@@ -12,7 +12,10 @@ public:
     ScriptedWizard& operator=(const ScriptedWizard&) = delete;
 
     void init() override { Note("init"); }
-    void hide_status() override { Note("hide_status"); }
+    void hide_status() override {
+        Note("hide_status");
+        if (all_.whenIdle) all_.whenIdle();
+    }
     void set_filepath(const std::string& fpath) override { Note("set_filepath " + fpath); }
     void set_form7_status(const std::string& stat) override { Note("set_form7_status " + stat); }
     void update_numbers(const std::string& str_n1, const std::string& str_n2) override {
@@ -38,6 +41,7 @@ private:
     bool Fetch(bool& request) {
         Reach();
         ++all_.questions;
+        if (all_.whenAsked) all_.whenAsked();
         return std::exchange(request, false);
     }
 
@@ -67,6 +71,7 @@ public:
         ++companion_.killed;
         if (companion_.endsWhenKilled) companion_.returned = true;
     }
+    bool ProcessEnded() const override { return companion_.processEnded; }
 
 private:
     ScriptedCompanion& companion_;

@@ -20,6 +20,11 @@ public:
     std::unique_ptr<core::Wizard> Create() override;
     base::NativeWindow Window() const override { return nullptr; }
     void CloseWindow() override { calls.emplace_back("CloseWindow"); }
+    bool TakeOver() override {
+        ours = true;
+        return usedByAnother;
+    }
+    bool IsOurs() const override { return ours; }
 
     // A job that the person asks for; `output` is the save dialog's whole buffer.
     void AskForVideo(const std::string& output) { Ask(video_, output); }
@@ -31,7 +36,11 @@ public:
     int alive = 0;
     bool refused = false;  // none can be created
     bool gone = false;     // the process has ended: every call throws
+    bool ours = true;
+    bool usedByAnother = false;  // another player has left its traces in the window
     std::function<void()> whenCreated;
+    std::function<void()> whenAsked;  // for a job
+    std::function<void()> whenIdle;   // it has been told that the job has ended
 
 private:
     friend class ScriptedWizard;
@@ -64,6 +73,7 @@ public:
     bool returned = true;  // the job has ended, or was started
     std::optional<std::string> error;
     bool endsWhenKilled = true;
+    bool processEnded = false;
     int killed = 0;
     int alive = 0;
     std::function<void()> whenBegun;

@@ -38,7 +38,8 @@ class EditControl final : public ControlWindow {
 public:
     EditControl(const ControlState& state, ControlEvents& events, Window& window)
         : ControlWindow(state, events, window) {
-        Create(L"EDIT", StyleOf(state), window.IsDialog() ? WS_EX_CLIENTEDGE : 0);
+        Create(L"EDIT", StyleOf(state),
+               window.IsDialog() && !state.readOnly ? WS_EX_CLIENTEDGE : 0);
         if (state.digits > 0) {
             SendMessageW(Hwnd(), EM_SETLIMITTEXT, static_cast<WPARAM>(state.digits), 0);
         }

@@ -38,7 +38,8 @@ Styles StylesOf(const WindowState& state) {
             return {WS_POPUP | WS_CLIPCHILDREN, WS_EX_TOOLWINDOW | topmost};
         case FrameStyle::Dialog:
             return {WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN |
-                        (state.maximized ? WS_THICKFRAME | WS_MAXIMIZEBOX : 0U),
+                        (state.maximized ? WS_THICKFRAME | WS_MAXIMIZEBOX : 0U) |
+                        (state.minimizable ? WS_MINIMIZEBOX : 0U),
                     WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | topmost};
         default:
             return {WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN,

@@ -43,6 +43,10 @@ public:
         const std::lock_guard lock(mutex_);
         if (process_) TerminateProcess(process_.get(), 0);
     }
+    bool ProcessEnded() const {
+        const std::lock_guard lock(mutex_);
+        return process_ && WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
+    }
     // Nobody looks at the job any more.
     void Abandon() { SetEvent(abandoned_.get()); }
 
@@ -169,6 +173,7 @@ public:
     bool Returned() const override { return state_->Returned(); }
     std::optional<std::string> Error() const override { return state_->Error(); }
     void EndProcess() override { state_->EndProcess(); }
+    bool ProcessEnded() const override { return state_->ProcessEnded(); }
 
 private:
     std::shared_ptr<JobState> state_ = std::make_shared<JobState>();

@@ -115,8 +115,17 @@ private:
 // remembers a killed one's connection when another has the same process number. Only a client finds
 // either out, and by asking it has used the offer up: the next time the system starts a server.
 bool MetDeadServer(HRESULT creation) {
-    return creation == HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE) ||
-           creation == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED_DNE);
+    switch (creation) {
+        case HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE):
+        case HRESULT_FROM_WIN32(RPC_S_CALL_FAILED_DNE):
+        case CO_E_SERVER_STOPPING:
+        case RPC_E_DISCONNECTED:
+        case RPC_E_SERVER_DIED:
+        case RPC_E_SERVER_DIED_DNE:
+            return true;
+        default:
+            return false;
+    }
 }
 
 winapi::ComPtr<IDispatch> CreateLocal(const char* progId) {
@@ -156,14 +165,22 @@ bool AutomationError::ServerIsGone() const {
     }
 }
 
+bool AutomationError::IsForNow() const {
+    return code_ == RPC_E_CALL_REJECTED || code_ == RPC_E_SERVERCALL_RETRYLATER ||
+           code_ == RPC_E_CANTCALLOUT_ININPUTSYNCCALL;
+}
+
 LateBound::LateBound(const char* progId) : object_(CreateLocal(progId)) {}
 
 DISPID LateBound::IdOf(std::string_view member) const {
+    const auto known = ids_.find(member);
+    if (known != ids_.end()) return known->second;
     std::wstring name = winapi::Utf16(member);
     LPOLESTR names = name.data();
     DISPID id = DISPID_UNKNOWN;
     Check(std::string(member),
           object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+    ids_.emplace(member, id);
     return id;
 }
 

@@ -5,6 +5,8 @@
 #include <oaidl.h>
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -25,6 +27,8 @@ public:
     const std::string& Description() const { return description_; }
     // The process that served the object is gone.
     bool ServerIsGone() const;
+    // It cannot answer at the moment.
+    bool IsForNow() const;
 
 private:
     HRESULT code_;
@@ -53,6 +57,7 @@ private:
     AutomationValue Invoke(std::string_view member, WORD kind, DISPPARAMS& parameters) const;
 
     winapi::ComPtr<IDispatch> object_;
+    mutable std::map<std::string, DISPID, std::less<>> ids_;  // that were asked for already
 };
 
 }  // namespace nqp::platform

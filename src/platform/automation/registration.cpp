@@ -101,8 +101,9 @@ void Register(const ClassEntries& wanted) {
     if (IsVisible(wanted)) return;
     Write(wanted, kUserClasses, HKEY_CURRENT_USER);
     if (IsVisible(wanted)) return;
-    // Not every system shows the user's own classes among all classes.
-    Write(wanted, L"", HKEY_CLASSES_ROOT);
+    // Not every system shows the user's own classes among all classes, and none does to a program
+    // that runs as administrator.
+    Write(wanted, kUserClasses, HKEY_LOCAL_MACHINE);
     if (!IsVisible(wanted)) {
         WriteDebugLine(winapi::Utf8(wanted.progId) + " cannot be found after its registration");
     }

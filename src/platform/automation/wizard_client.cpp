@@ -15,6 +15,8 @@ namespace nqp::platform {
 namespace {
 
 constexpr wchar_t kWizardWindowClass[] = L"nqp.Form3";
+// On the wizard's window: the process of the player that serves it.
+constexpr wchar_t kPlayerProperty[] = L"nqp.Player";
 constexpr char kNotStarted[] = "The Quillon Wizard could not be started.";
 constexpr char kGone[] = "The Quillon Wizard is gone.";
 
@@ -25,18 +27,22 @@ constexpr char kGone[] = "The Quillon Wizard is gone.";
 
 class AutomationWizard final : public core::Wizard {
 public:
-    AutomationWizard() : object_(core::kWizardProgId) { object_.AllowForeground(); }
+    AutomationWizard() : object_(core::kWizardProgId) {}
 
-    void init() override { Call("init"); }
+    // The right to come to the front is gone with the person's next click elsewhere.
+    void init() override {
+        object_.AllowForeground();
+        Call("init");
+    }
     void hide_status() override { Call("hide_status"); }
     void set_filepath(const std::string& fpath) override { Call("set_filepath", {fpath}); }
     void set_form7_status(const std::string& stat) override { Call("set_form7_status", {stat}); }
     void update_numbers(const std::string& str_n1, const std::string& str_n2) override {
         Call("update_numbers", {str_n1, str_n2});
     }
-    bool Get_frwt_video() override { return Ask<bool>("Get_frwt_video"); }
-    bool Get_frwt_audio() override { return Ask<bool>("Get_frwt_audio"); }
-    bool Get_frwt_image() override { return Ask<bool>("Get_frwt_image"); }
+    bool Get_frwt_video() override { return AskForJob("Get_frwt_video"); }
+    bool Get_frwt_audio() override { return AskForJob("Get_frwt_audio"); }
+    bool Get_frwt_image() override { return AskForJob("Get_frwt_image"); }
     bool Get_frwt_unload() override { return Ask<bool>("Get_frwt_unload"); }
     std::string Get_frwt_OutFilePath() override { return Ask<std::string>("Get_frwt_OutFilePath"); }
 
@@ -57,6 +63,17 @@ private:
         Throw(AutomationError(method, DISP_E_TYPEMISMATCH));
     }
 
+    // A process that cannot answer just now is asked again soon.
+    bool AskForJob(const char* method) {
+        try {
+            const AutomationValue answer = object_.Call(method);
+            return answer == AutomationValue(true);
+        } catch (const AutomationError& error) {
+            if (error.IsForNow()) return false;
+            Throw(error);
+        }
+    }
+
     LateBound object_;
 };
 
@@ -75,6 +92,10 @@ std::wstring ProgramOf(DWORD process) {
 bool SameFile(const std::wstring& left, const std::wstring& right) {
     return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
                                 static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
+}
+
+HANDLE OwnMark() {
+    return reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GetCurrentProcessId()));
 }
 
 bool IsWizardOf(HWND window, const std::wstring& program) {
@@ -105,6 +126,23 @@ base::NativeWindow AutomationWizards::Window() const {
         if (IsWizardOf(window, *program)) return window;
     }
     return nullptr;
+}
+
+bool AutomationWizards::TakeOver() {
+    taken_ = Window();
+    const auto window = static_cast<HWND>(taken_);
+    if (window == nullptr) return false;
+    const HANDLE before = GetPropW(window, kPlayerProperty);
+    SetPropW(window, kPlayerProperty, OwnMark());
+    return before != nullptr && before != OwnMark();
+}
+
+bool AutomationWizards::IsOurs() const {
+    const auto taken = static_cast<HWND>(taken_);
+    const HWND window = IsWindow(taken) != 0 ? taken : static_cast<HWND>(Window());
+    if (window == nullptr) return true;
+    const HANDLE mark = GetPropW(window, kPlayerProperty);
+    return mark == nullptr || mark == OwnMark();
 }
 
 void AutomationWizards::CloseWindow() {

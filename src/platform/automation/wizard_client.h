@@ -17,8 +17,11 @@ public:
     std::unique_ptr<core::Wizard> Create() override;
     base::NativeWindow Window() const override;
     void CloseWindow() override;
+    bool TakeOver() override;
+    bool IsOurs() const override;
 
 private:
+    base::NativeWindow taken_ = nullptr;  // may be closed since
     std::filesystem::path program_file_;
 };
 
