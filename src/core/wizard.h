@@ -39,7 +39,7 @@ public:
     virtual std::unique_ptr<Wizard> Create() = 0;
     // The wizard window on the screen, whichever process shows it; null when there is none.
     virtual base::NativeWindow Window() const = 0;
-    // As if its user closed that window; does not wait for it.
+    // As if its user closed that window, in which no job is under way; does not wait for it.
     virtual void CloseWindow() = 0;
     // Several players may reach the same window; only the last one that takes it over serves it.
     // True when it was another one's before.

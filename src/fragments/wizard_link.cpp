@@ -93,10 +93,16 @@ void WizardLink::ComeBackIdle() {
     }
 }
 
+// A window in the middle of a job would ask whether the job is to be cancelled.
 void WizardLink::Close() {
-    if (!wizard_) return;
-    if (wizards_.IsOurs()) wizards_.CloseWindow();
-    wizard_.reset();
+    if (!KeepsOurs()) return;
+    const Wizard wizard = std::exchange(wizard_, nullptr);
+    try {
+        wizard->hide_status();
+    } catch (const std::exception&) {
+        return;
+    }
+    wizards_.CloseWindow();
 }
 
 bool WizardLink::KeepsOurs() {

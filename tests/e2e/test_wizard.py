@@ -18,6 +18,8 @@ from player import FILE_DIALOG, OK_BUTTON, PAUSED, REMOTE, VIDEO, Player
 from remote import Remote, start_in_sight
 from screen import Rect, Screen, colour_at, is_near
 from stage import BUILD, PROGRAM_BUILD, windows_path
+from test_options import is_still
+from test_scaling import COLOURS_OF_TEXT, shades
 from test_skins import settings
 from waiting import equals, until
 from windowmap import control_id
@@ -97,8 +99,11 @@ def test_wizard_is_crisp_at_other_scalings(desk: Desk, screen: Screen, percent: 
     player.start_and_show()
     wizard = Wizard(player)
     player.pointer.move(AWAY)
-    time.sleep(0.3)
-    screen.save(PICTURES / f"wizard-{percent}.png", wizard.rect())
+    until(lambda: is_still(screen), 5, "it is painted")
+    window = wizard.rect()
+    screen.save(PICTURES / f"wizard-{percent}.png", window)
+    assert window.right <= 1280 and window.bottom <= 1024
+    assert shades(screen, window) >= COLOURS_OF_TEXT
     desk.finish_all()
 
 
@@ -118,8 +123,31 @@ def test_killed_wizard_is_replaced(player: Player, companion: Companion) -> None
     second = Wizard(player)
     assert second.process != first.process
     second.ask_for(IMAGE_JOB, player.folder.path / "still.bmp")
+    until(lambda: "finished" in companion.told(), JOB_SECONDS, "the job has been done")
     wait_until_back(player, second)
-    assert "call Run" in companion.told()
+
+
+def test_wizard_serves_the_player_that_opened_it_last(
+    player: Player, companion: Companion
+) -> None:
+    companion.will()
+    mark_and_open(player)
+    second = Player(player.ctl, player.pointer, player.folder)
+    try:
+        second.open_any(clips.path("red.avi"))
+        wizard = Wizard(second, covered=True)
+        equals(lambda: wizard.text("Text2"), "00:00:00", 5, "the end of the second fragment")
+        wizard.ask_for(IMAGE_JOB, player.folder.path / "still.bmp")
+        until(lambda: "finished" in companion.told(), JOB_SECONDS, "the job has been done")
+        wait_until_back(second, wizard)
+        told = companion.told()
+        assert f"SourceFile\t{windows_path(clips.path('red.avi'))}" in told
+        assert told.count("call Run") + told.count("call Start") == 1
+        second.ctl.ask("close", f"{REMOTE}@{second.process}")
+        assert second.ended() == 0
+    finally:
+        if second.process is not None:
+            second.give_up()
 
 
 def is_wizard(process: int) -> bool:
@@ -191,6 +219,7 @@ def test_progress_is_shown_and_cancel_stops_the_job(
     assert companion.told()[-1] == "cancelled"
     companion.will()
     wizard.ask_for(IMAGE_JOB, player.folder.path / "still.bmp")
+    until(lambda: "finished" in companion.told(), JOB_SECONDS, "the next job has been done")
     wait_until_back(player, wizard)
 
 

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import pathlib
 
-from player import CANCEL_BUTTON, FILE_DIALOG, FILE_NAME_FIELD, OK_BUTTON, Player
+from player import CANCEL_BUTTON, FILE_DIALOG, FILE_NAME_FIELD, OK_BUTTON, REMOTE, Player
 from remote import Remote
 from screen import Rect
 from stage import windows_path
@@ -24,12 +24,15 @@ START_SECONDS = 20.0
 
 
 class Wizard:
-    def __init__(self, player: Player) -> None:
+    def __init__(self, player: Player, covered: bool = False) -> None:
         """Opens it from the remote, which marks the end of the fragment, and waits until it has
-        been told which."""
+        been told which. A pointer does not reach a remote that is covered."""
         self.player = player
         remote = Remote(player)
-        remote.click(CUT)
+        if covered:
+            player.ctl.ask("click", f"{REMOTE}@{player.process}", control_id(REMOTE, CUT))
+        else:
+            remote.click(CUT)
         until(lambda: self.is_in("visible"), START_SECONDS, "the wizard is there")
         self.process = self._process()
         begin = ":".join(remote.text(field) for field in ("Text1", "Text2", "Text3"))

@@ -289,7 +289,7 @@ TEST_F(Fragment, ProgramClosedWhileTheWizardStartsLeavesNoWizard) {
     player_.wizards.whenCreated = [this] { form4_.Picture1_Click(); };
     ClickOn(form4_.Command2);
     RunMessages();
-    EXPECT_EQ(player_.wizards.calls, Calls{"CloseWindow"});
+    EXPECT_EQ(player_.wizards.calls, (Calls{"hide_status", "CloseWindow"}));
     EXPECT_EQ(player_.wizards.alive, 0);
 }
 
@@ -465,7 +465,8 @@ TEST_F(Fragment, ProgramClosedDuringAJobEndsTheCompanion) {
     EXPECT_FALSE(form4_.Loaded());
     EXPECT_GE(player_.companion.killed, 1);
     EXPECT_EQ(player_.companion.alive, 0);
-    EXPECT_EQ(player_.wizards.calls, Calls{"CloseWindow"}) << "it does not come back";
+    EXPECT_EQ(player_.wizards.calls, (Calls{"hide_status", "CloseWindow"}))
+        << "it does not come back";
     EXPECT_EQ(player_.wizards.alive, 0);
     EXPECT_FALSE(player_.folder.Has("flag.txt"));
 }
