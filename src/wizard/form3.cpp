@@ -43,7 +43,7 @@ constexpr base::Rect ButtonAt(int row) {
 
 // Without a frame it is as high as its line; a field's line begins a little below its top.
 constexpr base::Rect FieldAt(base::Twips left, base::Twips top, base::Twips width) {
-    constexpr base::Twips kRise = 15;
+    constexpr base::Twips kRise = 30;
     return {left, top + kRise, width, kLine};
 }
 

@@ -93,7 +93,7 @@ TEST_F(Accessibility, EveryPictureSaysWhatItIs) {
 }
 
 TEST_F(Accessibility, FieldsSayWhatTheyAreFor) {
-    EXPECT_EQ(NameOf(remote_.Text1), "Fragment begin: hours");
+    EXPECT_EQ(NameOf(remote_.Text1), "Fragment start: hours");
     EXPECT_EQ(NameOf(remote_.Text6), "Fragment end: seconds");
     EXPECT_EQ(ValueOf(remote_.Text6), "00");
 }
