@@ -189,6 +189,29 @@ def test_job_is_told_in_its_order(player: Player, companion: Companion, job: str
     assert not (player.folder.path / "песня!.avi").exists()
 
 
+def test_job_beside_the_player_leaves_nothing_behind(
+    player: Player, companion: Companion
+) -> None:
+    companion.will("seconds 2", "leaves")
+    wizard = mark_and_open(player, BESIDE)
+    wizard.ask_for(VIDEO_JOB, player.folder.path / "film.avi")
+    until(lambda: "call Start" in companion.told(), JOB_SECONDS, "the job is under way")
+    wait_until_back(player, wizard)
+    assert "finished" not in companion.told(), "nobody waited for it"
+    until(lambda: len(player.folder.processes()) == 2, 10, "the companion has ended")
+    assert companion.told()[-1] == "finished"
+
+
+def test_player_ends_the_jobs_beside_it(player: Player, companion: Companion) -> None:
+    companion.will("seconds 60")
+    wizard = mark_and_open(player, BESIDE)
+    wizard.ask_for(VIDEO_JOB, player.folder.path / "film.avi")
+    until(lambda: "call Start" in companion.told(), JOB_SECONDS, "the job is under way")
+    wait_until_back(player, wizard)
+    player.close()
+    assert "finished" not in companion.told()
+
+
 def test_picture_goes_along(player: Player, companion: Companion) -> None:
     companion.will()
     wizard = mark_and_open(

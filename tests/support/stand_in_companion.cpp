@@ -9,6 +9,7 @@
 //   hang MEMBER      never returns from that member
 //   die MEMBER       ends its own process inside that member
 //   fail MEMBER TEXT raises an automation error with that description
+//   leaves           ends its process with a job that was started, though its object is held
 //   jobs N           serves N objects, one after the other, before it ends (1)
 //
 // stand-in.log, a line each, in the order in which things happened:
@@ -83,6 +84,7 @@ struct Script {
     std::chrono::duration<double> duration{0.2};
     bool progress = false;
     bool deaf = false;
+    bool leaves = false;
     std::optional<std::string> result;
     std::string hangsIn;
     std::string diesIn;
@@ -112,6 +114,7 @@ private:
         if (command == "result") result = rest;
         if (command == "hang") hangsIn = rest;
         if (command == "die") diesIn = rest;
+        if (command == "leaves") leaves = true;
         if (command == "jobs") jobs = std::stoi(rest);
         if (command == "fail") {
             const auto blank = rest.find(' ');
@@ -307,9 +310,12 @@ private:
         stage_.log.Add("call " + name);
         const HRESULT answer = Act(name, exception);
         if (FAILED(answer)) return answer;
-        std::thread job([work = Work(stage_, texts_[kCancelFile], texts_[kOutputFile])]() mutable {
-            work.Do();
-        });
+        const bool leaves = stage_.script.leaves && name == kStart;
+        std::thread job(
+            [leaves, work = Work(stage_, texts_[kCancelFile], texts_[kOutputFile])]() mutable {
+                work.Do();
+                if (leaves) TerminateProcess(GetCurrentProcess(), 0);
+            });
         if (name == kRun) {
             job.join();
         } else {

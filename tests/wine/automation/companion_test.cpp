@@ -161,13 +161,23 @@ TEST_F(CompanionTest, IsToldTheLastOutputFileJustBeforeItStarts) {
     EXPECT_EQ(Log(), kSomeJobTold + Lines({"OutputFile\tC:\\end.wav", "call Start", "finished"}));
 }
 
+TEST_F(CompanionTest, BesideItsEndIsNoticed) {
+    StartWith("seconds 1\nleaves\n");
+    const auto begun = companion_.Begin(SomeJob(), RunMode::Beside);
+    ASSERT_TRUE(Await(*begun));
+    EXPECT_EQ(begun->Error(), std::nullopt);
+    EXPECT_TRUE(WaitUntil([&] { return begun->ProcessEnded(); }));
+}
+
 TEST_F(CompanionTest, BesideItIsHeldUntilTheJobsObjectGoes) {
+    StartWith("seconds 3\n");
     auto begun = companion_.Begin(SomeJob(), RunMode::Beside);
     ASSERT_TRUE(Await(*begun));
     EXPECT_FALSE(Logged("finished"));
     EXPECT_TRUE(Reached("finished"));
     EXPECT_FALSE(Logged("released"));
     EXPECT_TRUE(Runs());
+    EXPECT_FALSE(begun->ProcessEnded());
     EXPECT_TRUE(GoesAtOnce(begun));
     EXPECT_TRUE(Reached("released"));
     EXPECT_TRUE(WaitUntil([&] { return !Runs(); }));
