@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Puts together the pictures of the README, docs/images/remote-100.png, remote-200.png and wizard.png,
-# from those that the end-to-end tests leave in build/screens.
+# Puts together the pictures of the README's windows in docs/images from those that the end-to-end
+# tests leave in build/screens.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,4 +14,7 @@ for percent in 100 200; do
   convert -bordercolor '#8f959e' "${columns[@]}" +append -border "$((percent * 12 / 100))" \
     -strip -define png:compression-level=9 "docs/images/remote-$percent.png"
 done
+pages=(build/screens/options-{general,fragments,skin,schedule}-100.png)
+convert '(' "${pages[@]:0:2}" +append ')' '(' "${pages[@]:2:2}" +append ')' -append \
+  -strip -define png:compression-level=9 docs/images/options.png
 convert build/screens/wizard-idle.png -strip -define png:compression-level=9 docs/images/wizard.png

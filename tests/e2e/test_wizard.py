@@ -265,22 +265,23 @@ def test_player_answers_while_it_waits(player: Player, companion: Companion) -> 
 # ---- a companion that fails ----
 
 
-@pytest.mark.parametrize("member", ["Mode", "OutputFile", "ProcessId", "Run"])
-def test_dying_companion_brings_everything_back(
-    player: Player, companion: Companion, member: str
+DIED = "Framewright.exe stopped before the job was done."
+
+
+@pytest.mark.parametrize(
+    ("script", "told"),
+    [
+        *((f"die {member}", DIED) for member in ("Mode", "OutputFile", "ProcessId", "Run")),
+        ("fail SourceFile It has no picture.", "Framewright.exe: It has no picture."),
+    ],
+)
+def test_failing_companion_is_told_and_everything_comes_back(
+    player: Player, companion: Companion, script: str, told: str
 ) -> None:
-    companion.will(f"die {member}")
+    companion.will(script)
     wizard = mark_and_open(player)
     wizard.ask_for(VIDEO_JOB, player.folder.path / "film.avi")
-    assert message(player) == "Framewright.exe stopped before the job was done."
-    wait_until_back(player, wizard)
-
-
-def test_failing_member_is_told_in_its_own_words(player: Player, companion: Companion) -> None:
-    companion.will("fail SourceFile This file has no picture.")
-    wizard = mark_and_open(player)
-    wizard.ask_for(VIDEO_JOB, player.folder.path / "film.avi")
-    assert message(player) == "Framewright.exe: This file has no picture."
+    assert message(player) == told
     wait_until_back(player, wizard)
 
 
