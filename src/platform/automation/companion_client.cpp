@@ -83,6 +83,20 @@ private:
     Handle process_;  // written by the thread only
 };
 
+// The threads of two jobs may follow each other closely. The apartment that they share is kept from
+// the first one on, because Wine can crash where one thread takes it down while another enters it.
+// Not every import library has the call.
+void KeepSharedApartment() {
+    using Keep = HRESULT(WINAPI*)(void** cookie);
+    static const bool kept = [] {
+        const auto keep = reinterpret_cast<Keep>(reinterpret_cast<void*>(
+            GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoIncrementMTAUsage")));
+        void* cookie = nullptr;  // for as long as the process lives
+        return keep != nullptr && SUCCEEDED(keep(&cookie));
+    }();
+    static_cast<void>(kept);
+}
+
 class MultiThreadedApartment {
 public:
     MultiThreadedApartment() : entered_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
@@ -158,6 +172,7 @@ class AutomationJob final : public core::CompanionJob {
 public:
     AutomationJob(const std::filesystem::path& program, const core::FragmentJob& job,
                   RunMode mode) {
+        KeepSharedApartment();
         try {
             // Never joined: the companion may not return from a call, and nobody waits for that.
             std::thread([state = state_, program, job, mode] {
