@@ -7,16 +7,11 @@
 #include <system_error>
 
 #include "base/file.h"
+#include "base/text.h"
 #include "core/skin_files.h"
 
 namespace nqp::options {
 namespace {
-
-std::string LowerCase(std::string text) {
-    for (char& letter : text)
-        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    return text;
-}
 
 // Nothing for a name that is no text, which the settings could not hold.
 std::optional<std::string> NameOf(const std::filesystem::path& folder) {
@@ -36,7 +31,7 @@ std::vector<std::string> FoldersIn(const std::filesystem::path& folder) {
         const auto name = NameOf(entry->path());
         if (name && entry->is_directory(ignored)) names.push_back(*name);
     }
-    std::ranges::sort(names, {}, LowerCase);
+    std::ranges::sort(names, {}, base::LowerCase);
     return names;
 }
 

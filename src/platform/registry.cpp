@@ -8,9 +8,7 @@ namespace {
 
 struct Counts {
     DWORD subkeys = 0;
-    DWORD longestSubkey = 0;
     DWORD values = 0;
-    DWORD longestValue = 0;
 };
 
 bool Missing(LSTATUS status) {
@@ -23,9 +21,9 @@ void Check(const char* call, LSTATUS status) {
 
 Counts CountsOf(HKEY key) {
     Counts counts;
-    Check("RegQueryInfoKeyW", RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &counts.subkeys,
-                                               &counts.longestSubkey, nullptr, &counts.values,
-                                               &counts.longestValue, nullptr, nullptr, nullptr));
+    Check("RegQueryInfoKeyW",
+          RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &counts.subkeys, nullptr, nullptr,
+                           &counts.values, nullptr, nullptr, nullptr, nullptr));
     return counts;
 }
 
@@ -85,32 +83,6 @@ std::optional<RegistryValue> RegistryKey::Value(const std::wstring& name) const 
         value.data.resize(size);
         if (status == ERROR_SUCCESS) return value;
     }
-}
-
-std::vector<std::wstring> RegistryKey::ValueNames() const {
-    const Counts counts = CountsOf(key_.get());
-    std::vector<std::wstring> names;
-    for (DWORD index = 0; index < counts.values; ++index) {
-        std::wstring name(counts.longestValue + 1, L'\0');
-        DWORD length = static_cast<DWORD>(name.size());
-        Check("RegEnumValueW", RegEnumValueW(key_.get(), index, name.data(), &length, nullptr,
-                                             nullptr, nullptr, nullptr));
-        names.push_back(name.substr(0, length));
-    }
-    return names;
-}
-
-std::vector<std::wstring> RegistryKey::SubkeyNames() const {
-    const Counts counts = CountsOf(key_.get());
-    std::vector<std::wstring> names;
-    for (DWORD index = 0; index < counts.subkeys; ++index) {
-        std::wstring name(counts.longestSubkey + 1, L'\0');
-        DWORD length = static_cast<DWORD>(name.size());
-        Check("RegEnumKeyExW", RegEnumKeyExW(key_.get(), index, name.data(), &length, nullptr,
-                                             nullptr, nullptr, nullptr));
-        names.push_back(name.substr(0, length));
-    }
-    return names;
 }
 
 bool RegistryKey::HasValues() const {

@@ -44,8 +44,6 @@ public:
 
     // The value with the empty name is the key's default value.
     std::optional<RegistryValue> Value(const std::wstring& name) const;
-    std::vector<std::wstring> ValueNames() const;
-    std::vector<std::wstring> SubkeyNames() const;
     bool HasValues() const;
     bool Empty() const;
 

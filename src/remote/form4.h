@@ -275,7 +275,6 @@ private:
     bool RunCompanion(const core::FragmentJob& job, fragments::JobKind kind);
     void WaitFor(core::CompanionJob& job, fragments::JobWatch& watch) const;
     void FinishAudioTarget();
-    void RefuseToReplace(const fragments::AudioTarget& target) const;
     bool ReportAudioProgress(int percent);
     void EndJob();
     void EndCompanions();

@@ -23,6 +23,13 @@ void RemoveFile(const std::string& path) {
     std::filesystem::remove(base::PathFromUtf8(path), ignored);
 }
 
+// Nobody was asked whether the file may be replaced.
+void RefuseToReplace(const AudioTarget& target) {
+    if (!base::IsFile(base::PathFromUtf8(target.path))) return;
+    throw forms::RunTimeError("There is already a file " + target.path +
+                              ". Please choose another name.");
+}
+
 }  // namespace
 
 // It takes a moment, in which the program may be closed.
@@ -139,13 +146,6 @@ void Form4::DoAudioJob(const fragments::JobSource& source, const std::string& ou
     if (waited && !done) RemoveFile(target.temporaryVideo);  // of a job that was cancelled
     const bool unknown = target.format == AudioTarget::Format::Unknown;
     if (done || (Loaded() && !waited && unknown)) FinishAudioTarget();
-}
-
-// Nobody was asked whether the file may be replaced.
-void Form4::RefuseToReplace(const AudioTarget& target) const {
-    if (!base::IsFile(base::PathFromUtf8(target.path))) return;
-    throw forms::RunTimeError("There is already a file " + target.path +
-                              ". Please choose another name.");
 }
 
 void Form4::FinishAudioTarget() {

@@ -224,11 +224,11 @@ void Form3::EnableJobs(bool enabled) {
 // The file's being there is the sign; what is in it stays. The companion may take a moment to see
 // it.
 void Form3::Command4_Click() {
-    Command4.SetEnabled(false);
     if (!base::MakeFile(context_.programFolder / core::kFlagFileName)) {
         throw forms::RunTimeError("The job cannot be cancelled: nothing can be written to " +
                                   base::Utf8FromPath(context_.programFolder) + ".");
     }
+    Command4.SetEnabled(false);
 }
 
 void Form3::Timer1_Timer() {

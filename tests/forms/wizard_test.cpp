@@ -211,6 +211,7 @@ TEST_F(QuillonWizard, CancelThatCannotBeSaidIsTold) {
     Tick();
     ClickOn(window_.Command4);
     EXPECT_NE(last_error.find("cannot be cancelled"), std::string::npos) << last_error;
+    EXPECT_TRUE(window_.Command4.Enabled()) << "it may be tried again";
 }
 
 TEST_F(QuillonWizard, EndOfAJobMakesItIdle) {

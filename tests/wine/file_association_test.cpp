@@ -53,14 +53,35 @@ std::string Described(const RegistryValue& value) {
 
 const std::string kEmptyValue = Described({});
 
+// The platform's limits: a value's name and a key's name, with their ends.
+constexpr DWORD kLongestName = 16384;
+
+// All that the call enumerates of a key.
+template <class Call>
+std::vector<std::wstring> NamesOf(const std::wstring& path, Call call) {
+    HKEY opened = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &opened) != 0) return {};
+    const std::unique_ptr<std::remove_pointer_t<HKEY>, decltype(&RegCloseKey)> key(opened,
+                                                                                   RegCloseKey);
+    std::vector<std::wstring> names;
+    std::wstring name(kLongestName, L'\0');
+    for (DWORD length = kLongestName;
+         call(opened, static_cast<DWORD>(names.size()), name.data(), &length, nullptr, nullptr,
+              nullptr, nullptr) == ERROR_SUCCESS;
+         length = kLongestName) {
+        names.push_back(name.substr(0, length));
+    }
+    return names;
+}
+
 void AddEntries(Entries& entries, const std::wstring& path) {
     const auto key = RegistryKey::OpenToRead(path);
     if (!key) return;
     entries[winapi::Utf8(path)] = "key";
-    for (const std::wstring& name : key->ValueNames()) {
+    for (const std::wstring& name : NamesOf(path, RegEnumValueW)) {
         entries[winapi::Utf8(path + L"|" + name)] = Described(*key->Value(name));
     }
-    for (const std::wstring& name : key->SubkeyNames())
+    for (const std::wstring& name : NamesOf(path, RegEnumKeyExW))
         AddEntries(entries, path + L"\\" + name);
 }
 
