@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "cutter/fragment_reader.h"
 #include "cutter/job_parts.h"
 #include "cutter/sound_writer.h"
@@ -38,7 +40,7 @@ public:
 
     // Seconds.
     double Finish() {
-        const double seconds = writer_.Seconds();
+        const double seconds = std::min(writer_.Seconds(), job_.end - job_.begin);
         writer_.Finish(seconds);
         container_.End();
         return seconds;
