@@ -216,23 +216,27 @@ class Source:
     times: list[float]  # of each frame, from the first one's
     end: float  # of the last frame
     lag: float  # of the clicks behind the picture
+    sound_end: float
 
 
 @functools.lru_cache(maxsize=None)
 def source_of(clip: Clip) -> Source:
     if clip.picture is None:
-        return Source([], float(clip.length()), _lag(clip, track_of(clip.path).begin))
+        track = track_of(clip.path)
+        return Source([], float(clip.length()), _lag(clip, track, track.begin), track.length)
     frames = frames_of(clip.path)
     if frames.numbers != list(range(len(clip.frame_times()))):
         raise AssertionError(f"{clip.name} was not made right: {frames.numbers}")
     times = [time - frames.times[0] for time in frames.times]
-    lag = _lag(clip, frames.times[0]) if clip.sound else 0.0
-    return Source(times, float(clip.length()), lag)
+    end = times[-1] + float(clip.length() - clip.frame_times()[-1])
+    if not clip.sound:
+        return Source(times, end, 0.0, 0.0)
+    track, begin = track_of(clip.path), frames.times[0]
+    return Source(times, end, _lag(clip, track, begin), track.begin + track.length - begin)
 
 
-def _lag(clip: Clip, begin: float) -> float:
-    clicks = track_of(clip.path).clicks
-    whole = [click - begin for click in clicks]
+def _lag(clip: Clip, track: Track, begin: float) -> float:
+    whole = [click - begin for click in track.clicks]
     lags = [click - round(click) for click in whole]
     if len(lags) < int(clip.seconds) - 1 or max(lags) - min(lags) > 0.002:
         raise AssertionError(f"{clip.name} has no steady clicks: {whole}")
@@ -293,10 +297,12 @@ def _plural(count: int, above: str, below: str) -> str:
     return f"{abs(count)} frame{'s' if abs(count) != 1 else ''} {above if count > 0 else below}"
 
 
-def click_differences(track: Track, lag: float, begin: float, end: float, zero: float) -> list[str]:
+def click_differences(
+    track: Track, source: Source, begin: float, end: float, zero: float
+) -> list[str]:
     """Each second of the source in [begin, end) must click where the source's clock says; the
     output's time `zero` is the source's `begin`."""
-    expected, doubtful = _expected_clicks(lag, begin, end)
+    expected, doubtful = _expected_clicks(source.lag, begin, min(end, source.sound_end))
     clicks = [click - zero for click in track.clicks]
     found = []
     for second, at in expected.items():
@@ -326,19 +332,17 @@ def _expected_clicks(lag: float, begin: float, end: float) -> tuple[dict[int, fl
     return expected, doubtful
 
 
-def length_differences(track: Track, expected: float, allowed: float, zero: float) -> list[str]:
-    """Of the sound, from the first frame on."""
+def length_differences(
+    track: Track, source: Source, begin: float, end: float, zero: float
+) -> list[str]:
+    """Of the sound, from the first frame on. Where the source's own sound ends before its picture,
+    silence may follow, or nothing."""
     length = track.begin - zero + track.length
-    if abs(length - expected) <= allowed:
+    shortest = min(end, source.sound_end) - begin - SYNC_SECONDS
+    longest = end - begin + SYNC_SECONDS
+    if shortest <= length <= longest:
         return []
-    return [f"sound {(length - expected) * 1000:+.0f} ms long"]
-
-
-def kept_numbers(first: int, last: int, percentage: int) -> list[int]:
-    """Of each hundred frames so many, evenly, the first one among them."""
-    count = last - first + 1
-    kept = -(-count * percentage // 100)
-    return [first + n * 100 // percentage for n in range(kept)]
+    return [f"sound {(length - (end - begin)) * 1000:+.0f} ms long"]
 
 
 def video_differences(output: pathlib.Path, clip: Clip, begin: float, end: float) -> list[str]:
@@ -372,12 +376,12 @@ def _pace_differences(frames: Frames, clip: Clip, want: Wanted) -> list[str]:
 
 
 def sync_differences(output: pathlib.Path, clip: Clip, want: Wanted, zero: float) -> list[str]:
-    track = track_of(output)
-    found = click_differences(track, source_of(clip).lag, want.begin, want.end, zero)
-    # A frame of MP3 is the least that can be written of it: 1152 samples, and the delay before.
+    track, source = track_of(output), source_of(clip)
+    found = click_differences(track, source, want.begin, want.end, zero)
+    # MP3 is written in whole frames: its last one may reach beyond the picture.
     packed = codecs(output)[-1] == "mp3"
-    allowed = 2 * 1152 / track.rate if packed else SYNC_SECONDS
-    return found + length_differences(track, want.end - want.begin, allowed, zero)
+    end = want.end + (2 * 1152 / track.rate if packed else 0.0)
+    return found + length_differences(track, source, want.begin, end, zero)
 
 
 def assert_exact(output: pathlib.Path, clip: Clip, begin: float, end: float) -> None:
@@ -392,8 +396,8 @@ def sound_differences(output: pathlib.Path, clip: Clip, begin: float, end: float
             return ["holds a picture"]
         want = sound_bounds(clip, begin, end)
         track = track_of(output)
-        found = click_differences(track, source_of(clip).lag, *want, track.begin)
-        found += length_differences(track, want[1] - want[0], SYNC_SECONDS, track.begin)
+        found = click_differences(track, source_of(clip), *want, track.begin)
+        found += length_differences(track, source_of(clip), *want, track.begin)
         if output.suffix == ".mp3":
             found += mp3_differences(output)
     except AssertionError as error:

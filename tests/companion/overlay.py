@@ -116,3 +116,17 @@ def _shift(wanted: np.ndarray, frame: np.ndarray, at: tuple[int, int]) -> str:
             if error < best:
                 best, where = error, (x, y)
     return "" if where == at else f", it lies at {where} instead of {at}"
+
+
+def misplacements(frames: np.ndarray, pixels: np.ndarray, at: tuple[int, int]) -> list[str]:
+    """Of an opaque picture in compressed frames: the place where it lies best is the right one."""
+    height, width, _ = pixels.shape
+    wanted = expected_luma(pixels, np.zeros((height, width)))
+    for number, frame in enumerate(frames):
+        seen = frame[at[1] : at[1] + height, at[0] : at[0] + width]
+        if np.abs(seen - wanted).mean() > 30:
+            return [f"the picture is not in frame {number}{_shift(wanted, frame, at)}"]
+        moved = _shift(wanted, frame, at)
+        if moved:
+            return [f"frame {number}{moved}"]
+    return []

@@ -91,3 +91,7 @@ LONG_PART = Clip("minute.mp4", Picture(MPEG4, size=(640, 360)), Sound(AAC), seco
 
 def short(clip: Clip) -> Clip:
     return dataclasses.replace(clip, name=f"short-{clip.name}", seconds=3.0)
+
+
+def named(name: str) -> Clip:
+    return next(clip for clip in (*PICTURE_CLIPS, *SOUND_CLIPS) if clip.name == name)
