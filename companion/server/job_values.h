@@ -12,12 +12,12 @@ struct JobValues {
     std::int32_t mode = 0;
     std::int32_t imageX = 0;
     std::int32_t imageY = 0;
-    std::string imagePath;
+    std::string imagePath{};
     std::int32_t percentage = 100;
-    std::string statusFile;
-    std::string cancelFile;
-    std::string outputFile;
-    std::string sourceFile;
+    std::string statusFile{};
+    std::string cancelFile{};
+    std::string outputFile{};
+    std::string sourceFile{};
     double fragmentStart = 0;
     double fragmentEnd = 0;
 };
