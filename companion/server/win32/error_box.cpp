@@ -6,9 +6,10 @@
 
 namespace nqp::companion {
 
+// MB_TOPMOST alone does not put it above the topmost windows on every system.
 void ShowErrorBox(const std::string& sentence) {
     MessageBoxW(nullptr, winapi::Utf16(sentence).c_str(), L"Framewright",
-                MB_OK | MB_ICONERROR | MB_SETFOREGROUND | MB_TASKMODAL | MB_TOPMOST);
+                MB_OK | MB_ICONERROR | MB_SETFOREGROUND | MB_SYSTEMMODAL | MB_TOPMOST);
 }
 
 }  // namespace nqp::companion
