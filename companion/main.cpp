@@ -84,16 +84,16 @@ std::vector<std::string> Arguments() {
 int Register(CommandConsole& console) {
     if (!platform::RegisterCompanion(platform::ProgramFile())) {
         console.Err("The system does not show the registration of Framewright.\n");
-        return 1;
+        return kExitFailed;
     }
     console.Out("Framewright is registered.\n");
-    return 0;
+    return kExitDone;
 }
 
 int Unregister(CommandConsole& console) {
     platform::UnregisterCompanion(platform::ProgramFile());
     console.Out("Framewright is not registered any more.\n");
-    return 0;
+    return kExitDone;
 }
 
 int RunCommand(const std::vector<std::string>& arguments) {
@@ -103,7 +103,7 @@ int RunCommand(const std::vector<std::string>& arguments) {
         if (arguments == std::vector<std::string>{"unregister"}) return Unregister(console);
     } catch (const std::exception& error) {
         console.Err(std::string("The registration could not be changed: ") + error.what() + "\n");
-        return 1;
+        return kExitFailed;
     }
     return RunCommandLine(arguments, console);
 }

@@ -10,10 +10,6 @@ target_include_directories(nqp_companion_resources PRIVATE resources ${CMAKE_CUR
 set_source_files_properties(resources/framewright.rc PROPERTIES OBJECT_DEPENDS
   "${CMAKE_CURRENT_SOURCE_DIR}/resources/framewright.manifest;${PROJECT_SOURCE_DIR}/packaging/icon/framewright.ico;${CMAKE_CURRENT_BINARY_DIR}/companion.tlb")
 
-# The libraries that it cuts with are built for 64 bits only.
-if(NOT CMAKE_SIZEOF_VOID_P EQUAL 8 OR NOT TARGET nqp_cutter)
-  return()
-endif()
 add_executable(Framewright WIN32 main.cpp windows_console.cpp)
 target_link_libraries(Framewright PRIVATE nqp_companion_server nqp_cutter nqp_forms_win32
   nqp_companion_resources)

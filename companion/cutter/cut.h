@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
+#include <string>
 
 #include "core/companion.h"
 #include "cutter/formats.h"
@@ -15,9 +16,9 @@ struct CutJob {
     core::JobMode mode = core::JobMode::Video;
     std::filesystem::path source;
     std::filesystem::path output;
-    double begin = 0;             // seconds from the clip's own beginning
-    double end = 0;               // a still has none; one behind the clip's end means that end
-    std::int32_t percentage = 100;  // share of the source's frames that is kept, 1 to 100
+    double begin = 0;                // seconds from the clip's own beginning
+    double end = 0;                  // a still has none; one behind the clip's end means that end
+    std::int32_t percentage = 100;   // share of the source's frames that is kept, 1 to 100
     core::PicturePlacement picture;  // with VideoWithPicture only
     VideoFormat video = VideoFormat::PlaysEverywhere;
     SoundFormat sound = SoundFormat::AviPcm;  // with Audio only
@@ -46,10 +47,13 @@ enum class CutResult { Done, Cancelled };
 
 struct CutReport {
     CutResult result = CutResult::Done;
-    std::int64_t frames = 0;    // that were written
-    double seconds = 0;         // length of what was written
-    std::int64_t damaged = 0;   // pieces of the source that could not be read
+    std::int64_t frames = 0;   // that were written
+    double seconds = 0;        // length of what was written
+    std::int64_t damaged = 0;  // pieces of the source that could not be read
 };
+
+// "1:02:03.5" of seconds, with thousandths at most.
+std::string ClockText(double seconds);
 
 // What can be seen from the values alone. Throws CutError.
 void CheckValues(const CutJob& job);

@@ -1,0 +1,253 @@
+#include <array>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "cutter/container.h"
+#include "cutter/fragment_reader.h"
+#include "cutter/job_parts.h"
+
+namespace nqp::companion {
+namespace {
+
+// Steps back from the begin until a key frame lies before it, seconds.
+constexpr std::array<double, 4> kStepsBack = {0, 2, 20, 200};
+// The streams of a file lie beside each other within this time.
+constexpr double kFarBehind = 10;
+
+// Pictures that every player expects in an AVI, in the order in which they are shown.
+bool FitsPicture(AVCodecID codec) {
+    switch (codec) {
+        case AV_CODEC_ID_MPEG4:
+        case AV_CODEC_ID_MSMPEG4V1:
+        case AV_CODEC_ID_MSMPEG4V2:
+        case AV_CODEC_ID_MSMPEG4V3:
+        case AV_CODEC_ID_WMV1:
+        case AV_CODEC_ID_WMV2:
+        case AV_CODEC_ID_MJPEG:
+        case AV_CODEC_ID_DVVIDEO:
+        case AV_CODEC_ID_HUFFYUV:
+        case AV_CODEC_ID_FFVHUFF:
+        case AV_CODEC_ID_FFV1:
+        case AV_CODEC_ID_UTVIDEO:
+        case AV_CODEC_ID_CINEPAK:
+        case AV_CODEC_ID_MSVIDEO1:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool IsPcm(AVCodecID codec) {
+    return codec == AV_CODEC_ID_PCM_U8 || codec == AV_CODEC_ID_PCM_S16LE ||
+           codec == AV_CODEC_ID_PCM_S24LE;
+}
+
+bool FitsSound(AVCodecID codec) {
+    return IsPcm(codec) || codec == AV_CODEC_ID_MP3 || codec == AV_CODEC_ID_MP2 ||
+           codec == AV_CODEC_ID_AC3;
+}
+
+double TimeOf(const Source& source, const AVPacket& packet) {
+    const std::int64_t timestamp = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+    return source.TimeOf(timestamp, *source.Format().streams[packet.stream_index]);
+}
+
+bool HasTime(const AVPacket& packet) {
+    return packet.pts != AV_NOPTS_VALUE || packet.dts != AV_NOPTS_VALUE;
+}
+
+class VideoCopy {
+public:
+    VideoCopy(const CutJob& job, Source& source, TemporaryOutput& output, double begin)
+        : job_(job),
+          source_(source),
+          meter_(source.Watch(), job.end - begin),
+          container_("avi", output),
+          begin_(begin),
+          rate_(source.FrameRate()) {
+        const AVStream& video = *source.Video();
+        video_ = container_.Add(*video.codecpar, av_inv_q(rate_), rate_,
+                                video.codecpar->sample_aspect_ratio);
+        if (source.Sound() != nullptr) AddSound(*source.Sound()->codecpar);
+        OpenHeaderFilter(video);
+        container_.Begin();
+    }
+
+    CutReport Run() {
+        const auto packet = NewPacket();
+        while (!ended_ && source_.Read(*packet))
+            Take(*packet);
+        FilterHeader(nullptr);
+        container_.End();
+        return {.frames = frames_, .seconds = static_cast<double>(frames_) / av_q2d(rate_)};
+    }
+
+private:
+    void AddSound(const AVCodecParameters& sound) {
+        sound_rate_ = sound.sample_rate;
+        block_ = IsPcm(sound.codec_id) ? sound.block_align : 0;
+        sound_ = container_.Add(sound, {1, sound_rate_}, {0, 1}, {0, 1});
+    }
+
+    // Decoders of an AVI look for what other containers keep apart in the key frames.
+    void OpenHeaderFilter(const AVStream& video) {
+        if (video.codecpar->codec_id != AV_CODEC_ID_MPEG4 || video.codecpar->extradata_size == 0) {
+            return;
+        }
+        AVBSFContext* made = nullptr;
+        Checked(av_bsf_alloc(av_bsf_get_by_name("dump_extra"), &made), "header filter");
+        header_filter_.reset(made);
+        Checked(avcodec_parameters_copy(made->par_in, video.codecpar), "header filter");
+        made->time_base_in = av_inv_q(rate_);
+        Checked(av_bsf_init(made), "header filter");
+    }
+
+    void Take(AVPacket& packet) {
+        if (!HasTime(packet)) return;
+        const double time = TimeOf(source_, packet);
+        ended_ = time > job_.end + kFarBehind;
+        if (packet.stream_index == source_.Video()->index) {
+            TakePicture(packet, time);
+        } else {
+            TakeSound(packet, time);
+        }
+    }
+
+    void TakePicture(AVPacket& packet, double time) {
+        if (time < begin_ - kSameTime || picture_ended_) return;
+        picture_ended_ = time >= job_.end - kSameTime;
+        if (picture_ended_) {
+            ended_ = source_.Sound() == nullptr || sound_ended_;
+            return;
+        }
+        packet.pts = packet.dts = std::llround((time - begin_) * av_q2d(rate_));
+        packet.duration = 1;
+        frames_ = packet.pts + 1;
+        meter_.Reached(time - begin_);
+        FilterHeader(&packet);
+    }
+
+    void FilterHeader(AVPacket* packet) {
+        if (!header_filter_) {
+            if (packet != nullptr) container_.Write(*packet, video_);
+            return;
+        }
+        Checked(av_bsf_send_packet(header_filter_.get(), packet), "header filter");
+        const auto filtered = NewPacket();
+        while (av_bsf_receive_packet(header_filter_.get(), filtered.get()) >= 0)
+            container_.Write(*filtered, video_);
+    }
+
+    // PCM can be cut anywhere; of all others whole packets are taken, those that lie inside by more
+    // than half.
+    void TakeSound(AVPacket& packet, double time) {
+        if (sound_ended_) return;
+        std::int64_t place = std::llround((time - begin_) * sound_rate_);
+        if (block_ > 0) {
+            CutPcm(packet, place);
+            place = std::max<std::int64_t>(place, 0);
+        }
+        const AVStream& stream = *source_.Sound();
+        const double length =
+            block_ > 0 ? 0 : static_cast<double>(packet.duration) * av_q2d(stream.time_base);
+        sound_ended_ = time + length / 2 >= job_.end;
+        ended_ = ended_ || (sound_ended_ && picture_ended_);
+        if (sound_ended_ || packet.size == 0 || time + length / 2 < begin_ - kSameTime) {
+            if (block_ == 0 || packet.size == 0) return;
+        }
+        if (block_ == 0) place = next_sound_;
+        packet.pts = packet.dts = place;
+        packet.duration = block_ > 0 ? packet.size / block_ : std::llround(length * sound_rate_);
+        next_sound_ = place + packet.duration;
+        container_.Write(packet, sound_);
+    }
+
+    void CutPcm(AVPacket& packet, std::int64_t place) const {
+        const std::int64_t last = std::llround((job_.end - begin_) * sound_rate_);
+        const std::int64_t samples = packet.size / block_;
+        const std::int64_t from = std::clamp<std::int64_t>(-place, 0, samples);
+        const std::int64_t to = std::clamp<std::int64_t>(last - place, from, samples);
+        packet.data += from * block_;
+        packet.size = static_cast<int>((to - from) * block_);
+    }
+
+    const CutJob& job_;
+    Source& source_;
+    Meter meter_;
+    Container container_;
+    double begin_;
+    AVRational rate_;
+    Libav<AVBSFContext> header_filter_;
+    int video_ = 0;
+    int sound_ = 0;
+    int sound_rate_ = 0;
+    int block_ = 0;  // bytes of one PCM sample in all channels; 0 for compressed sound
+    std::int64_t next_sound_ = 0;
+    std::int64_t frames_ = 0;
+    bool picture_ended_ = false;
+    bool sound_ended_ = false;
+    bool ended_ = false;
+};
+
+// The last key frame at or before `time` of those that come from here on.
+std::optional<double> LastKeyUpTo(Source& source, double time) {
+    std::optional<double> key;
+    const auto packet = NewPacket();
+    while (source.Read(*packet)) {
+        if (packet->stream_index != source.Video()->index || !HasTime(*packet)) continue;
+        const double place = TimeOf(source, *packet);
+        if (place > time + kSameTime) break;
+        if ((packet->flags & AV_PKT_FLAG_KEY) != 0) key = place;
+    }
+    return key;
+}
+
+}  // namespace
+
+bool FitsCopy(const CutJob& job, const Source& source) {
+    constexpr std::int32_t kAll = 100;
+    const AVStream* const video = source.Video();
+    if (job.mode != core::JobMode::Video || job.percentage != kAll || video == nullptr) {
+        return false;
+    }
+    const AVCodecParameters& picture = *video->codecpar;
+    const bool turned =
+        av_stream_get_side_data(video, AV_PKT_DATA_DISPLAYMATRIX, nullptr) != nullptr;
+    const AVStream* const sound = source.Sound();
+    return FitsPicture(picture.codec_id) && picture.video_delay == 0 && !turned &&
+           (sound == nullptr || FitsSound(sound->codecpar->codec_id));
+}
+
+std::optional<double> KeyFrameBefore(Source& source, double time) {
+    source.Use(source.Video(), source.Sound());
+    for (const double back : kStepsBack) {
+        if (time - back <= 0) break;
+        source.SeekBefore(time - back);
+        if (const auto key = LastKeyUpTo(source, time)) return key;
+    }
+    source.Rewind();
+    return LastKeyUpTo(source, time);
+}
+
+CutReport CopyVideo(const CutJob& job, Source& source, TemporaryOutput& output) {
+    if (!FitsCopy(job, source)) {
+        throw CutError(source.Name() + " cannot be cut without encoding it anew.");
+    }
+    const auto begin = KeyFrameBefore(source, job.begin);
+    if (!begin) {
+        throw CutError("There is no key frame before " + ClockText(job.begin) + " in " +
+                       source.Name() + ".");
+    }
+    if (*begin > 0) {
+        source.SeekBefore(*begin);
+    } else {
+        source.Rewind();
+    }
+    VideoCopy copy(job, source, output, *begin);
+    CutReport report = copy.Run();
+    if (report.frames == 0) throw CutError("There is no picture to be copied.");
+    return report;
+}
+
+}  // namespace nqp::companion

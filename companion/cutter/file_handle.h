@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <system_error>
+
+namespace nqp::companion {
+
+// An open file of any size, read and written without a buffer of its own. Closed by the destructor.
+class FileHandle {
+public:
+    // Neither is thrown for: `error` says what went wrong.
+    static FileHandle OpenToRead(const std::filesystem::path& path, std::error_code& error);
+    // A new file, held: RemoveUnheld leaves it alone as long as this handle is open. An error when
+    // there is one of that name.
+    static FileHandle CreateHeld(const std::filesystem::path& path, std::error_code& error);
+
+    FileHandle() = default;
+    FileHandle(FileHandle&& other) noexcept;
+    FileHandle& operator=(FileHandle&& other) noexcept;
+    ~FileHandle() { Close(); }
+
+    bool IsOpen() const { return handle_ != kNone; }
+    // All that is left to write reaches the disk.
+    bool Flush();
+    void Close();
+
+    // How many bytes were read, 0 at the end of the file; nothing when it cannot be read.
+    std::optional<std::size_t> Read(std::span<std::uint8_t> bytes);
+    // Of all bytes.
+    std::error_code Write(std::span<const std::uint8_t> bytes);
+    // From the beginning of the file.
+    bool Seek(std::int64_t place);
+    // Nothing when it is not known.
+    std::optional<std::int64_t> Size() const;
+
+private:
+    static constexpr std::intptr_t kNone = -1;
+
+    explicit FileHandle(std::intptr_t handle) : handle_(handle) {}
+
+    std::intptr_t handle_ = kNone;
+};
+
+// Removes a file that was made with CreateHeld by a process that is gone.
+void RemoveUnheld(const std::filesystem::path& path);
+
+// In one step, also when there is a file of the new name.
+std::error_code MoveOver(const std::filesystem::path& file, const std::filesystem::path& newName);
+
+// The disk has no room for more.
+bool IsDiskFull(const std::error_code& error);
+
+}  // namespace nqp::companion

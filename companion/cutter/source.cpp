@@ -1,0 +1,201 @@
+#include "cutter/source.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "base/file.h"
+
+namespace nqp::companion {
+namespace {
+
+constexpr int kBufferBytes = 1 << 16;
+// No real clip shows more, but the clocks of some containers are this fine.
+constexpr double kMostFramesASecond = 240;
+constexpr AVRational kUsualFrameRate{25, 1};
+constexpr AVRational kLibraryTime{1, AV_TIME_BASE};
+// After so many pieces in a row that cannot be read the rest is given up.
+constexpr int kMostFailures = 1000;
+
+bool IsPicture(const AVStream& stream) {
+    return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+}
+
+bool IsPlausible(AVRational rate) {
+    return rate.num > 0 && rate.den > 0 && av_q2d(rate) <= kMostFramesASecond;
+}
+
+}  // namespace
+
+Source::Source(const std::filesystem::path& path, CutWatch& watch)
+    : watch_(watch), name_(base::Utf8FromPath(path)) {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error)) throw CutError("There is no file " + name_ + ".");
+    if (std::filesystem::is_directory(path, error)) throw CutError(name_ + " is a folder.");
+    file_ = FileHandle::OpenToRead(path, error);
+    if (!file_.IsOpen()) {
+        throw CutError(name_ + " cannot be read: " + error.message() + ".");
+    }
+    size_ = file_.Size().value_or(0);
+    Open();
+    FindStreams();
+    FindBeginning();
+}
+
+void Source::Open() {
+    auto* const buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
+    if (buffer == nullptr) throw std::bad_alloc();
+    io_.reset(avio_alloc_context(buffer, kBufferBytes, 0, this, &ReadBytes, nullptr, &Seek));
+    if (!io_) {
+        av_free(buffer);
+        throw std::bad_alloc();
+    }
+    AVFormatContext* format = avformat_alloc_context();
+    if (format == nullptr) throw std::bad_alloc();
+    format->pb = io_.get();
+    format->interrupt_callback = {&IsInterrupted, this};
+    // Frees the context when it fails.
+    const int opened = avformat_open_input(&format, name_.c_str(), nullptr, nullptr);
+    ThrowIfCancelled();
+    if (opened < 0) throw CutError(name_ + " is no clip that can be read.");
+    format_.reset(format);
+    const int found = avformat_find_stream_info(format, nullptr);
+    ThrowIfCancelled();
+    if (found < 0) throw CutError(name_ + " is damaged and cannot be read.");
+}
+
+void Source::FindStreams() {
+    const auto best = [this](AVMediaType type, int related) -> AVStream* {
+        const int index = av_find_best_stream(format_.get(), type, -1, related, nullptr, 0);
+        return index < 0 ? nullptr : format_->streams[index];
+    };
+    video_ = best(AVMEDIA_TYPE_VIDEO, -1);
+    if (video_ != nullptr && IsPicture(*video_)) video_ = nullptr;
+    sound_ = best(AVMEDIA_TYPE_AUDIO, video_ != nullptr ? video_->index : -1);
+    Use(video_, sound_);
+}
+
+// Broadcast streams count from anywhere; players count from their first picture. The decoder of an
+// MP3 file leaves out what the encoder has put in front. All others count from 0.
+void Source::FindBeginning() {
+    const bool anywhere = (format_->iformat->flags & AVFMT_TS_DISCONT) != 0;
+    const bool withDelay = std::strcmp(format_->iformat->name, "mp3") == 0;
+    if (!anywhere && !withDelay) return;
+    const AVStream* const first = video_ != nullptr ? video_ : sound_;
+    if (first != nullptr && first->start_time != AV_NOPTS_VALUE) {
+        beginning_ = av_rescale_q(first->start_time, first->time_base, kLibraryTime);
+    } else if (format_->start_time != AV_NOPTS_VALUE) {
+        beginning_ = format_->start_time;
+    }
+}
+
+void Source::Use(const AVStream* video, const AVStream* sound) {
+    for (unsigned i = 0; i < format_->nb_streams; ++i) {
+        AVStream* const stream = format_->streams[i];
+        const bool used = stream == video || stream == sound;
+        stream->discard = used ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+}
+
+std::optional<double> Source::Duration() const {
+    const bool guessed = format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE;
+    if (guessed || format_->duration == AV_NOPTS_VALUE || format_->duration <= 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(format_->duration) / AV_TIME_BASE;
+}
+
+AVRational Source::FrameRate() const {
+    const AVRational guessed = av_guess_frame_rate(format_.get(), video_, nullptr);
+    if (IsPlausible(guessed)) return guessed;
+    if (IsPlausible(video_->avg_frame_rate)) return video_->avg_frame_rate;
+    return kUsualFrameRate;
+}
+
+double Source::TimeOf(std::int64_t timestamp, const AVStream& stream) const {
+    return static_cast<double>(timestamp) * av_q2d(stream.time_base) -
+           static_cast<double>(beginning_) / AV_TIME_BASE;
+}
+
+double Source::BeginOf(const AVStream& stream) const {
+    return stream.start_time == AV_NOPTS_VALUE ? 0 : TimeOf(stream.start_time, stream);
+}
+
+bool Source::Read(AVPacket& packet) {
+    for (int failures = 0; failures < kMostFailures; ++failures) {
+        if (ReadNext(packet)) return true;
+        if (avio_feof(io_.get()) != 0) return false;
+    }
+    return false;
+}
+
+bool Source::ReadNext(AVPacket& packet) {
+    av_packet_unref(&packet);
+    const int result = av_read_frame(format_.get(), &packet);
+    ThrowIfCancelled();
+    ThrowIfBroken();
+    return result >= 0;
+}
+
+void Source::SeekBefore(double time) {
+    const AVStream* const stream =
+        video_ != nullptr && video_->discard == AVDISCARD_DEFAULT ? video_ : sound_;
+    const double wanted = time + static_cast<double>(beginning_) / AV_TIME_BASE;
+    const auto timestamp =
+        static_cast<std::int64_t>(std::floor(wanted / av_q2d(stream->time_base)));
+    const int result = av_seek_frame(format_.get(), stream->index, timestamp, AVSEEK_FLAG_BACKWARD);
+    ThrowIfCancelled();
+    ThrowIfBroken();
+    at_start_ = false;
+    if (result < 0) Rewind();
+}
+
+void Source::Rewind() {
+    const std::int64_t first =
+        format_->start_time == AV_NOPTS_VALUE ? 0 : std::min<std::int64_t>(0, format_->start_time);
+    at_start_ = true;
+    int result = avformat_seek_file(format_.get(), -1, INT64_MIN, first, INT64_MAX, 0);
+    if (result < 0) {
+        result = av_seek_frame(format_.get(), -1, 0, AVSEEK_FLAG_BYTE | AVSEEK_FLAG_BACKWARD);
+    }
+    ThrowIfCancelled();
+    ThrowIfBroken();
+    if (result < 0) throw CutError(name_ + " cannot be cut: its parts cannot be found again.");
+}
+
+void Source::ThrowIfCancelled() const {
+    if (watch_.Cancelled()) throw Interrupted();
+}
+
+void Source::ThrowIfBroken() const {
+    if (broken_) throw CutError(name_ + " can no longer be read.");
+}
+
+int Source::ReadBytes(void* self, std::uint8_t* buffer, int size) {
+    auto& source = *static_cast<Source*>(self);
+    if (source.watch_.Cancelled()) return AVERROR_EXIT;
+    const auto count = source.file_.Read({buffer, static_cast<std::size_t>(size)});
+    if (!count || (*count == 0 && source.place_ < source.size_)) {
+        source.broken_ = true;
+        return AVERROR(EIO);
+    }
+    source.place_ += static_cast<std::int64_t>(*count);
+    return *count == 0 ? AVERROR_EOF : static_cast<int>(*count);
+}
+
+std::int64_t Source::Seek(void* self, std::int64_t offset, int whence) {
+    auto& source = *static_cast<Source*>(self);
+    if (whence == AVSEEK_SIZE) return source.size_;
+    std::int64_t place = offset;
+    if (whence == SEEK_CUR) place += source.place_;
+    if (whence == SEEK_END) place += source.size_;
+    if (place < 0 || !source.file_.Seek(place)) return AVERROR(EINVAL);
+    source.place_ = place;
+    return place;
+}
+
+int Source::IsInterrupted(void* self) {
+    return static_cast<Source*>(self)->watch_.Cancelled() ? 1 : 0;
+}
+
+}  // namespace nqp::companion

@@ -1,0 +1,93 @@
+#include "cutter/temporary_output.h"
+
+#include <string>
+#include <vector>
+
+#include "base/file.h"
+#include "cutter/cut.h"
+
+namespace nqp::companion {
+namespace {
+
+// Of a file that is being written.
+constexpr char kEnding[] = ".framewright-part";
+// Several jobs may write beside each other, and a file may be there that cannot be removed.
+constexpr int kMostNames = 100;
+
+std::filesystem::path FolderOf(const std::filesystem::path& target) {
+    return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
+}
+
+void RemoveLeftovers(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::vector<std::filesystem::path> leftovers;
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+         it.increment(error)) {
+        if (it->path().extension() == kEnding) leftovers.push_back(it->path());
+    }
+    for (const auto& path : leftovers)
+        RemoveUnheld(path);
+}
+
+// Short, so that it fits wherever the target fits.
+std::filesystem::path NameOf(int number) {
+    return std::to_string(number) + kEnding;
+}
+
+std::string Sentence(const std::filesystem::path& target, const std::error_code& error) {
+    const std::string path = base::Utf8FromPath(target);
+    if (IsDiskFull(error)) return "There is no room left on the disk to write " + path + ".";
+    return path + " cannot be written: " + error.message() + ".";
+}
+
+}  // namespace
+
+TemporaryOutput::TemporaryOutput(const std::filesystem::path& target) : target_(target) {
+    const std::filesystem::path folder = FolderOf(target);
+    if (!std::filesystem::is_directory(folder, failure_)) {
+        throw CutError("There is no folder " + base::Utf8FromPath(folder) + ".");
+    }
+    if (std::filesystem::is_directory(target, failure_)) {
+        throw CutError(base::Utf8FromPath(target) + " is a folder.");
+    }
+    RemoveLeftovers(folder);
+    for (int number = 1; number <= kMostNames; ++number) {
+        path_ = folder / NameOf(number);
+        file_ = FileHandle::CreateHeld(path_, failure_);
+        if (file_.IsOpen()) return;
+        if (failure_ != std::errc::file_exists) break;
+    }
+    ThrowIfFailed();
+}
+
+TemporaryOutput::~TemporaryOutput() {
+    if (!file_.IsOpen()) return;
+    file_.Close();
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+}
+
+bool TemporaryOutput::Write(std::span<const std::uint8_t> bytes) {
+    if (!failure_) failure_ = file_.Write(bytes);
+    return !failure_;
+}
+
+bool TemporaryOutput::Seek(std::int64_t place) {
+    return file_.Seek(place);
+}
+
+void TemporaryOutput::ThrowIfFailed() const {
+    if (failure_) throw CutError(Sentence(target_, failure_));
+}
+
+void TemporaryOutput::PutInPlace() {
+    ThrowIfFailed();
+    file_.Close();
+    failure_ = MoveOver(path_, target_);
+    if (!failure_) return;
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+    ThrowIfFailed();
+}
+
+}  // namespace nqp::companion
