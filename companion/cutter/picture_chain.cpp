@@ -61,6 +61,24 @@ bool IsRgb(int format) {
     return facts != nullptr && (facts->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
+// In what forms a picture is laid over frames: as the filters name them.
+struct PlacedFormat {
+    const char* frame;
+    const char* picture;
+};
+
+PlacedFormat FormatsFor(AVPixelFormat format) {
+    if (IsRgb(format)) return {"gbrp", "gbrap"};
+    const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(format);
+    constexpr int kPlainBits = 8;
+    const bool fine = facts.comp[0].depth > kPlainBits;
+    if (facts.log2_chroma_w == 0) return {"yuv444", "yuva444p"};
+    if (facts.log2_chroma_h == 0) {
+        return fine ? PlacedFormat{"yuv422p10", "yuva422p10"} : PlacedFormat{"yuv422", "yuva422p"};
+    }
+    return fine ? PlacedFormat{"yuv420p10", "yuva420p10"} : PlacedFormat{"yuv420", "yuva420p"};
+}
+
 std::string Number(std::int64_t number) {
     return std::to_string(number);
 }
@@ -242,12 +260,30 @@ std::string PictureChain::Steps(const Input& input) const {
     steps.append(ScaleStep(input));
     const std::string format = av_get_pix_fmt_name(form_.format);
     steps.append("format=").append(format);
-    if (overlay_) {
-        steps.append("[main];[main][picture]overlay=format=auto:eof_action=repeat:x=");
-        steps.append(Number(overlay_->x)).append(":y=").append(Number(overlay_->y));
-        steps.append(",format=").append(format);
-    }
+    if (overlay_) steps.append(OverlayStep(input)).append(",format=").append(format);
     return steps.append("[out]");
+}
+
+// The picture takes the colours of the frames, not the other way round.
+std::string PictureChain::OverlayStep(const Input& input) const {
+    std::string step = "[main];[picture]";
+    if (!IsRgb(form_.format)) {
+        step.append("scale=out_color_matrix=").append(WantedMatrix(input));
+        step.append(WantsWholeRange(input) ? ":out_range=full" : ":out_range=limited");
+        step.append(",");
+    }
+    const PlacedFormat formats = FormatsFor(form_.format);
+    step.append("format=").append(formats.picture).append("[laid];[main][laid]overlay=format=");
+    step.append(formats.frame).append(":eof_action=repeat:x=").append(Number(overlay_->x));
+    return step.append(":y=").append(Number(overlay_->y));
+}
+
+std::string PictureChain::WantedMatrix(const Input& input) const {
+    return form_.jpegColours ? "bt601" : MatrixName(input.colours);
+}
+
+bool PictureChain::WantsWholeRange(const Input& input) const {
+    return form_.jpegColours || (form_.keepsRange && IsWholeRange(input.range, input.format));
 }
 
 // What need not be said is not: frames that stay as they are pass through unread.
@@ -255,13 +291,13 @@ std::string PictureChain::ScaleStep(const Input& input) const {
     std::string step = "scale=";
     step.append(Number(width_)).append(":").append(Number(height_)).append(":flags=bicubic");
     const std::string given = MatrixName(input.colours);
-    const std::string wanted = form_.jpegColours ? "bt601" : given;
+    const std::string wanted = WantedMatrix(input);
     const bool fromRgb = IsRgb(input.format);
     const bool toRgb = IsRgb(form_.format);
     if (!fromRgb && (toRgb || given != wanted)) step.append(":in_color_matrix=").append(given);
     if (!toRgb && (fromRgb || given != wanted)) step.append(":out_color_matrix=").append(wanted);
     const bool whole = IsWholeRange(input.range, input.format);
-    const bool wholeWanted = form_.jpegColours || (whole && form_.keepsRange);
+    const bool wholeWanted = WantsWholeRange(input);
     if (!fromRgb && whole) step.append(":in_range=full");
     if (!toRgb && (wholeWanted || whole)) {
         step.append(wholeWanted ? ":out_range=full" : ":out_range=limited");
