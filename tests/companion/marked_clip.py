@@ -1,7 +1,8 @@
 """Clips that tell which piece of them one is looking at.
 
 Every frame carries its number as a bar code: two rows of ten large cells across the middle third,
-sixteen bits in Gray code and four that check them. Above and below it is plain grey.
+sixteen bits in Gray code and four that check them. Above and below it is plain grey, above with
+small squares of two colours of that brightness.
 The sound is silence but for bursts of two milliseconds: one of 1000 Hz at every whole second, and
 after it one of 2000 Hz whose distance tells which second that was (`sign_delay`).
 """
@@ -151,8 +152,19 @@ def _interlaced_luma(number: int, size: tuple[int, int]) -> np.ndarray:
 def _frame(number: int, picture: Picture) -> bytes:
     paint = _interlaced_luma if picture.interlaced else luma
     plane = np.rot90(paint(number, picture.size), picture.turned // 90)
-    chroma = np.full(plane.size // 2, 128, np.uint8)
+    chroma = np.rot90(colours(picture.size), picture.turned // 90, axes=(1, 2))
     return plane.tobytes() + chroma.tobytes()
+
+
+def colours(size: tuple[int, int]) -> np.ndarray:
+    """Both planes: small squares of two colours above the bar code, grey elsewhere."""
+    width, height = size[0] // 2, size[1] // 2
+    planes = np.full((2, height, width), 128, np.uint8)
+    y, x = np.mgrid[: height // 3, :width]
+    squares = (x // 4 + y // 4) % 2 == 0
+    planes[0, : height // 3] = np.where(squares, 90, 166)
+    planes[1, : height // 3] = np.where(squares, 160, 96)
+    return planes
 
 
 def _stored_size(picture: Picture) -> tuple[int, int]:

@@ -68,41 +68,59 @@ def expected_luma(pixels: np.ndarray, behind: np.ndarray) -> np.ndarray:
     return over * alpha + behind * (1 - alpha)
 
 
-def limited_lumas(path: pathlib.Path, size: Size) -> np.ndarray:
-    """The frames' own luma, not brought to another range or size."""
+Planes = tuple[np.ndarray, np.ndarray]
+
+
+def planes_of(path: pathlib.Path, size: Size) -> Planes:
+    """The frames' own luma and, half as wide and high, both chromas: (frame, row, column) and
+    (frame, plane, row, column)."""
     width, height = size
     output = ["-map", "0:v:0", "-pix_fmt", "yuv420p", "-fps_mode", "passthrough"]
-    command = ["ffmpeg", "-nostdin", "-v", "error", "-i", str(path), *output, "-f", "rawvideo", "-"]
-    raw, _ = evidence._decode(command)
-    frames = np.frombuffer(raw, np.uint8).reshape(-1, height * 3 // 2, width)
-    return frames[:, :height]
+    raw = evidence.decoded(["-i", str(path), *output, "-f", "rawvideo", "-"])
+    frames = np.frombuffer(raw, np.uint8).reshape(-1, width * height * 3 // 2)
+    luma = frames[:, : width * height].reshape(-1, height, width)
+    chroma = frames[:, width * height :].reshape(-1, 2, height // 2, width // 2)
+    return luma, chroma
+
+
+def limited_lumas(path: pathlib.Path, size: Size) -> np.ndarray:
+    return planes_of(path, size)[0]
+
+
+def _outside(shape: tuple[int, ...], at: Size, size: Size, unit: int) -> np.ndarray:
+    """Which pixels of a plane, each of them `unit` wide, the picture does not touch."""
+    mask = np.ones(shape, bool)
+    (x, y), (width, height) = at, size
+    mask[y // unit : -(-(y + height) // unit), x // unit : -(-(x + width) // unit)] = False
+    return mask
+
+
+def _worst_outside(plain: np.ndarray, covered: np.ndarray, outside: np.ndarray) -> int:
+    return int(np.abs(covered.astype(int) - plain.astype(int))[..., outside].max(initial=0))
 
 
 def differences(
-    plain: np.ndarray, covered: np.ndarray, pixels: np.ndarray, at: tuple[int, int], noise: float
+    plain: Planes, covered: Planes, pixels: np.ndarray, at: Size, noise: float
 ) -> list[str]:
-    """Of a clip with the picture to the same one without it. `noise` is what compression may
-    change, in steps of luma."""
-    if plain.shape != covered.shape:
-        return [f"{len(covered)} frames, {len(plain)} without the picture"]
+    """Of a clip with the picture to the same one without it. `noise` is what rounding and
+    compression may change, in steps of luma."""
+    if len(plain[0]) != len(covered[0]):
+        return [f"{len(covered[0])} frames, {len(plain[0])} without the picture"]
     height, width, _ = pixels.shape
-    x, y = at
-    inside = np.zeros(plain.shape[1:], bool)
-    inside[y : y + height, x : x + width] = True
-    change = np.abs(covered.astype(int) - plain.astype(int))
     found = []
-    worst = change[:, ~inside].max(initial=0)
-    if worst > noise:
-        found.append(f"changed by {worst} outside the picture")
-    for number in range(len(plain)):
-        behind = plain[number, y : y + height, x : x + width]
+    for name, before, after, unit in zip(("luma", "chroma"), plain, covered, (1, 2)):
+        outside = _outside(before.shape[-2:], at, (width, height), unit)
+        worst = _worst_outside(before, after, outside)
+        if worst > 0:
+            found.append(f"{name} changed by {worst} outside the picture")
+    x, y = at
+    for number, (before, after) in enumerate(zip(plain[0], covered[0])):
+        behind = before[y : y + height, x : x + width]
         wanted = expected_luma(pixels, behind.astype(float))
-        seen = covered[number, y : y + height, x : x + width]
-        off = np.abs(seen - wanted)
+        off = np.abs(after[y : y + height, x : x + width] - wanted)
         if np.median(off) > noise or off.max() > 4 * noise:
-            where = _shift(wanted, covered[number], at)
-            found.append(f"the picture is off by {off.max():.0f} in frame {number}{where}")
-            break
+            where = _shift(wanted, after, at)
+            return [*found, f"the picture is off by {off.max():.0f} in frame {number}{where}"]
     return found
 
 

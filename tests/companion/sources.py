@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import dataclasses
 from fractions import Fraction
 
 from marked_clip import NTSC, UNEVEN_SLOTS, Clip, Picture, Sound
@@ -88,9 +87,7 @@ SILENT = Clip("silent.mp4", Picture(H264), None)
 ONE_SECOND = Clip("second.mp4", Picture(H264), Sound(AAC), seconds=1.0)
 LONG_PART = Clip("minute.mp4", Picture(MPEG4, size=(640, 360)), Sound(AAC), seconds=60.0)
 
-
-def short(clip: Clip) -> Clip:
-    return dataclasses.replace(clip, name=f"short-{clip.name}", seconds=3.0)
+COPYABLE_PART = Clip("minute.avi", Picture(MPEG4, size=(640, 360)), Sound(PCM), seconds=60.0)
 
 
 def named(name: str) -> Clip:
