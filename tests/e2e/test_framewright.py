@@ -5,9 +5,9 @@ from __future__ import annotations
 import pathlib
 
 import pytest
-from format_dialog import answer, probe, wait_for_dialog
+from format_dialog import DIALOG, answer, probe, wait_for_dialog
 from player import Player
-from screen import Screen
+from screen import Rect, Screen
 from stage import BUILD
 from test_wizard import BESIDE, JOB_SECONDS, WAITING, mark_and_open, wait_until_back
 from waiting import equals, until
@@ -30,7 +30,8 @@ def test_video_is_cut_in_the_format_that_is_chosen(cutting: Player, screen: Scre
     wizard, target = ask_for_video(cutting)
     wait_for_dialog(cutting, "visible")
     equals(lambda: wizard.text(PROGRESS), "0 % copied", 10, "the wizard is told of the job")
-    screen.save(PICTURES / "format-dialog.png")
+    window = Rect(*map(int, cutting.ctl.ask("rect", DIALOG, "")[0]))
+    screen.save(PICTURES / "format-dialog.png", window)
     answer(cutting, "Smaller", "OK")
     wait_until_back(cutting, wizard)
     streams = probe(target)
