@@ -17,9 +17,11 @@ import junit
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SRC = ROOT / "src"
+COMPANION = ROOT / "companion"
 CXX = (".h", ".cpp")
 
-# Which layers of src a layer may include from; "app" puts everything together.
+# Which layers a layer may include from; "app", and the companion's own folder, put everything
+# together.
 WINDOWS_OF = {"base", "core", "forms"}
 MAY_INCLUDE: dict[str, set[str]] = {
     "base": set(),
@@ -34,12 +36,22 @@ MAY_INCLUDE: dict[str, set[str]] = {
     "remote": WINDOWS_OF | {"playlist", "fragments"},
     "options": WINDOWS_OF,
     "wizard": WINDOWS_OF,
+    "companion/cutter": {"base", "core"},
+    "companion/command": {"base", "core", "companion/cutter"},
+    "companion/dialog": {"base", "forms", "companion/cutter"},
+    "companion/server": {"base", "core", "companion/cutter", "companion/dialog"},
+    "companion/server/win32": WINDOWS_OF
+    | {"forms/win32", "forms/win32/winapi", "platform", "companion/dialog", "companion/server"},
 }
 WINDOWS_HEADER_PLACES = (
     "src/forms/win32/",
     "src/platform/",
     "src/app/",
-    "companion/",
+    "companion/server/win32/",
+    "companion/cutter/file_handle_win32.cpp",
+    "companion/main.cpp",
+    "companion/windows_console.cpp",
+    "companion/windows_console.h",
     "tests/",
 )
 
@@ -151,30 +163,33 @@ def own_includes(path: pathlib.Path) -> Iterator[tuple[int, pathlib.Path]]:
         found = INCLUDE.match(line)
         if not found or found[1] != '"':
             continue
-        for base in (SRC, path.parent):
+        for base in (SRC, COMPANION, path.parent):
             target = (base / found[2]).resolve()
-            if target.is_file() and target.is_relative_to(SRC):
+            if target.is_file() and is_shipped(target):
                 yield number, target
                 break
 
 
+def is_shipped(path: pathlib.Path) -> bool:
+    return path.is_relative_to(SRC) or path.is_relative_to(COMPANION)
+
+
 def layer_of(path: pathlib.Path) -> str:
-    inner = path.relative_to(SRC).as_posix()
-    for layer in ("forms/win32/winapi", "forms/win32"):
-        if inner.startswith(layer + "/"):
-            return layer
-    return inner.split("/")[0]
+    """The longest one that the path begins with; else the folder at the top."""
+    inner = path.relative_to(SRC if path.is_relative_to(SRC) else ROOT).as_posix()
+    named = [layer for layer in MAY_INCLUDE if inner.startswith(layer + "/")]
+    return max(named, key=len, default=inner.split("/")[0])
 
 
-def in_src(files: list[pathlib.Path]) -> list[pathlib.Path]:
-    return [path for path in sources(files) if path.is_relative_to(SRC)]
+def shipped(files: list[pathlib.Path]) -> list[pathlib.Path]:
+    return [path for path in sources(files) if is_shipped(path)]
 
 
 def layers_are_kept(files: list[pathlib.Path]) -> list[str]:
     findings = []
-    for path in in_src(files):
+    for path in shipped(files):
         here = layer_of(path)
-        if here == "app":
+        if here in ("app", "companion"):
             continue
         if here not in MAY_INCLUDE:
             findings.append(f"{relative(path)}:1: {here} has no place in the layers")
@@ -189,7 +204,7 @@ def layers_are_kept(files: list[pathlib.Path]) -> list[str]:
 
 
 def includes_have_no_cycles(files: list[pathlib.Path]) -> list[str]:
-    graph = {path: [target for _, target in own_includes(path)] for path in in_src(files)}
+    graph = {path: [target for _, target in own_includes(path)] for path in shipped(files)}
     done: set[pathlib.Path] = set()
     findings: list[str] = []
 
@@ -211,7 +226,7 @@ def includes_have_no_cycles(files: list[pathlib.Path]) -> list[str]:
 
 def handlers_are_named_by_their_event(files: list[pathlib.Path]) -> list[str]:
     findings = []
-    for path in in_src(files):
+    for path in shipped(files):
         text = path.read_bytes().decode("utf-8", errors="replace")
         for found in BINDING.finditer(text):
             control, event, handler = found.groups()
