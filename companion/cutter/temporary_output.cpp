@@ -23,14 +23,15 @@ std::filesystem::path NameOf(int number) {
     return std::to_string(ProcessNumber()) + "-" + std::to_string(number) + kEnding;
 }
 
-// A number that the system has given to another process meanwhile keeps its file for now.
+// A process does one job at a time: a file with our own number is that of another one, which had it
+// before. A number that some other process has now keeps its file for this time.
 bool IsLeftover(const std::filesystem::path& path) {
     if (path.extension() != kEnding) return false;
     const std::string name = base::Utf8FromPath(path.stem());
     std::uint32_t process = 0;
     const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
     const bool ours = error == std::errc() && end != name.data() + name.size() && *end == '-';
-    return ours && !IsRunning(process);
+    return ours && (process == ProcessNumber() || !IsRunning(process));
 }
 
 void RemoveLeftovers(const std::filesystem::path& folder) {

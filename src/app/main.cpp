@@ -120,8 +120,8 @@ forms::Picture PictureOf(int resource) {
 }
 
 // The process that the automation layer starts for a client. It ends when its window is closed and
-// no client holds an object. One that was killed holds its object for ever where the system does
-// not notice; the silence gives it away.
+// no client holds an object. One that was killed, a companion say, holds its object for ever where
+// the system does not notice; the silence gives it away, the sooner when the player has ended too.
 class WizardProcess {
 public:
     WizardProcess() = default;
@@ -141,13 +141,16 @@ private:
     static constexpr int kLookMilliseconds = 250;
     static constexpr std::chrono::seconds kWaitForClient{10};
     static constexpr std::chrono::minutes kClientSilence{10};
+    static constexpr std::chrono::seconds kSilenceWithoutPlayer{2};
 
     void EndWhenDone() {
-        if (form3_.Loaded()) return;
-        const bool held = server_.Objects() > 0;
-        const auto patience =
-            held ? kClientSilence : std::chrono::milliseconds(hadClient_ ? 0ms : kWaitForClient);
-        if (server_.SinceLastCall() >= patience) forms::win32::QuitMessageLoop();
+        if (form3_.Loaded()) return owner_.Look(form3_.Handle());
+        if (server_.SinceLastCall() >= Patience()) forms::win32::QuitMessageLoop();
+    }
+
+    std::chrono::milliseconds Patience() const {
+        if (server_.Objects() > 0) return owner_.Gone() ? kSilenceWithoutPlayer : kClientSilence;
+        return hadClient_ ? 0ms : kWaitForClient;
     }
 
     platform::SystemFileDialogs dialogs_;
@@ -157,6 +160,7 @@ private:
                            PictureOf(NQP_IMAGE_PICTURE)}}};
     wizard::CWizard automation_{form3_};
     bool hadClient_ = false;
+    platform::WizardOwner owner_;
     platform::WizardServer server_{automation_, [this] { hadClient_ = true; }};
 };
 

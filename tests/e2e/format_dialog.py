@@ -7,6 +7,7 @@ import pathlib
 import subprocess
 
 from player import Player
+from waiting import until
 from windowmap import control_id
 
 DIALOG = "nqp.FormatDialog"
@@ -15,6 +16,11 @@ JOB_SECONDS = 20
 
 def wait_for_dialog(player: Player, state: str) -> None:
     player.ctl.ask("wait", DIALOG, state, JOB_SECONDS, seconds=JOB_SECONDS + 10)
+
+
+def wait_until_out_of_sight(player: Player) -> None:
+    """The window itself stays until the job is over."""
+    until(lambda: player.ctl.ask("is", DIALOG, "visible") == [["0"]], JOB_SECONDS, "it is closed")
 
 
 def press(player: Player, control: str) -> None:
@@ -26,7 +32,7 @@ def answer(player: Player, *controls: str) -> None:
     wait_for_dialog(player, "visible")
     for control in controls:
         press(player, control)
-    wait_for_dialog(player, "gone")
+    wait_until_out_of_sight(player)
 
 
 def probe(path: pathlib.Path) -> dict[str, dict[str, str]]:

@@ -150,4 +150,16 @@ void AutomationWizards::CloseWindow() {
     if (window != nullptr) PostMessageW(window, WM_CLOSE, 0, 0);
 }
 
+void WizardOwner::Look(base::NativeWindow wizardWindow) {
+    const HANDLE mark = GetPropW(static_cast<HWND>(wizardWindow), kPlayerProperty);
+    const auto process = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(mark));
+    if (process == 0 || process == process_) return;
+    process_ = process;
+    player_ = Handle(OpenProcess(SYNCHRONIZE, FALSE, process));
+}
+
+bool WizardOwner::Gone() const {
+    return player_ && WaitForSingleObject(player_.get(), 0) == WAIT_OBJECT_0;
+}
+
 }  // namespace nqp::platform

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/wizard.h"
+#include "platform/handle.h"
 
 namespace nqp::platform {
 
@@ -23,6 +24,19 @@ public:
 private:
     base::NativeWindow taken_ = nullptr;  // may be closed since
     std::filesystem::path program_file_;
+};
+
+// The other side of TakeOver, in the wizard's process: which player it serves.
+class WizardOwner {
+public:
+    // To be called again and again while the window is there.
+    void Look(base::NativeWindow wizardWindow);
+    // A player has taken the window over, and the last one that did has ended.
+    bool Gone() const;
+
+private:
+    unsigned long process_ = 0;
+    Handle player_;
 };
 
 }  // namespace nqp::platform
