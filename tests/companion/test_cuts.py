@@ -1,4 +1,5 @@
-"""What a fragment holds, for every kind of job and source, and what happens when it cannot be made."""
+"""What a fragment holds, for every kind of job and source, and what happens when it cannot be
+made."""
 
 from __future__ import annotations
 
@@ -232,7 +233,13 @@ def test_an_anamorphic_clip_is_shown_as_wide_as_before(
 
 @pytest.mark.parametrize(
     "clip",
-    [sources.PLAIN, sources.UNEVEN, sources.ANAMORPHIC, sources.INTERLACED, *sources.TURNED.values()],
+    [
+        sources.PLAIN,
+        sources.UNEVEN,
+        sources.ANAMORPHIC,
+        sources.INTERLACED,
+        *sources.TURNED.values(),
+    ],
     ids=name_of,
 )
 @pytest.mark.parametrize("begin", [0.0, 1.0, 3.386, 7.93])
@@ -360,7 +367,9 @@ def test_a_rate_that_mp3_does_not_know_becomes_the_nearest(
 
 
 @pytest.mark.parametrize("name", ["cut.wav", "cut.mp3", "cut.avi"])
-@pytest.mark.parametrize("clip", [sources.PLAIN, sources.SURROUND, sources.SOUND_CLIPS[0]], ids=name_of)
+@pytest.mark.parametrize(
+    "clip", [sources.PLAIN, sources.SURROUND, sources.SOUND_CLIPS[0]], ids=name_of
+)
 def test_sound_alone_is_cut_exactly(
     clip: Clip, name: str, program: Framewright, tmp_path: pathlib.Path
 ) -> None:
