@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libraries that Framewright cuts with, FFmpeg and LAME, as static libraries for 64-bit
-# Windows, out of Debian's source packages, and prints the folder that they are in:
-#   tools/build_ffmpeg.sh
+# Windows, out of Debian's source packages, and prints the folder that they are in (with --where it
+# only prints that):
+#   tools/build_ffmpeg.sh [--where]
 # It is done once for each state of this script: the result lies in the user's cache folder, or in
 # NQP_CACHE. The licences and the sources' own archives lie beside the libraries.
 set -euo pipefail
@@ -104,8 +105,22 @@ build() {
   keep_licences
 }
 
+case ${1:-} in
+  '') ;;
+  --where)
+    echo "$prefix"
+    exit
+    ;;
+  *)
+    echo "usage: tools/build_ffmpeg.sh [--where]" >&2
+    exit 2
+    ;;
+esac
+mkdir -p "$cache"
+# Two builds at once would do the same work twice.
+exec 9>"$cache/ffmpeg.lock"
+flock 9
 if [ ! -f "$prefix/lib/libavcodec.a" ]; then
-  mkdir -p "$cache"
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
   made=$work/made

@@ -6,6 +6,9 @@ set -euo pipefail
 build_packages=(
   ca-certificates cmake ninja-build make g++ g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
   mingw-w64-tools libwine googletest librsvg2-bin imagemagick python3
+  # The libraries that the companion cuts with: built for Windows, ready-made for the tests here.
+  nasm dpkg-dev xz-utils patch libz-mingw-w64-dev pkg-config
+  libavcodec-dev libavfilter-dev libavformat-dev libavutil-dev libswresample-dev libswscale-dev
 )
 run_packages=(
   wine wine64 xvfb openbox xdotool x11-utils x11-xserver-utils imagemagick ffmpeg

@@ -13,6 +13,7 @@ constexpr int kBufferBytes = 1 << 16;
 // No real clip shows more, but the clocks of some containers are this fine.
 constexpr double kMostFramesASecond = 240;
 constexpr AVRational kUsualFrameRate{25, 1};
+constexpr AVRational kLibraryTime{1, AV_TIME_BASE};
 // After so many pieces in a row that cannot be read the rest is given up.
 constexpr int kMostFailures = 1000;
 
@@ -82,7 +83,7 @@ void Source::FindBeginning() {
     if (!anywhere && !withDelay) return;
     const AVStream* const first = video_ != nullptr ? video_ : sound_;
     if (first != nullptr && first->start_time != AV_NOPTS_VALUE) {
-        beginning_ = av_rescale_q(first->start_time, first->time_base, AV_TIME_BASE_Q);
+        beginning_ = av_rescale_q(first->start_time, first->time_base, kLibraryTime);
     } else if (format_->start_time != AV_NOPTS_VALUE) {
         beginning_ = format_->start_time;
     }

@@ -15,7 +15,7 @@ def _ids() -> dict[tuple[str, str], int]:
     ids: dict[tuple[str, str], int] = {}
     window = ""
     for line in MAP.read_text().splitlines():
-        if heading := re.search(r"^#.*\b(Form\d+|InsertBMPForm)\b", line):
+        if heading := re.search(r"^#.*\b(Form\d+|InsertBMPForm|FormatDialog)\b", line):
             window = "nqp." + heading[1]
         cells = [cell.strip(" `") for cell in line.strip().strip("|").split("|")]
         numbers = [cell for cell in cells if cell.isdigit()]

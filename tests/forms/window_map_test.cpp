@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "dialog/format_dialog.h"
 #include "player.h"
 #include "wizard/form3.h"
 
@@ -78,6 +79,8 @@ std::string WindowMap(const Player& player) {
     Describe(form7, "the progress text of the wizard, never seen", map);
     Describe(player.form8, "the file types", map);
     Describe(player.insertBMPForm, "the place of the picture in a fragment", map);
+    const companion::FormatDialog formatDialog;
+    Describe(formatDialog, "the format of a fragment, shown by Framewright.exe", map);
     return map.str();
 }
 
@@ -99,9 +102,10 @@ TEST(WindowMap, GivesEveryControlOfAWindowANumberOfItsOwn) {
     const Player player;
     ScriptedDialogs dialogs;
     const wizard::Form3 form3({{}, dialogs, {}});
+    const companion::FormatDialog formatDialog;
     for (const forms::Form* form : std::initializer_list<const forms::Form*>{
              &player.form1, &player.form2, &form3, &player.form4, &player.form5, &player.form6,
-             &player.form8, &player.insertBMPForm}) {
+             &player.form8, &player.insertBMPForm, &formatDialog}) {
         std::set<int> ids;
         for (const forms::Control* control : form->Controls()) {
             if (IsDrawnOnTheFace(*control)) continue;

@@ -41,15 +41,21 @@ struct ClassEntries {
     std::wstring progId;
     std::wstring classId;
     std::vector<Entry> entries;
+    std::vector<std::wstring> keys;  // that belong to the class alone
 };
+
+std::wstring Quoted(const std::filesystem::path& program) {
+    return L"\"" + program.wstring() + L"\"";
+}
 
 ClassEntries ServerOf(const char* progId, const wchar_t* classId, const wchar_t* description,
                       const std::filesystem::path& program) {
-    ClassEntries made{winapi::Utf16(progId), classId, {}};
+    ClassEntries made{winapi::Utf16(progId), classId, {}, {}};
     const std::wstring classKey = L"CLSID\\" + made.classId;
+    made.keys = {made.progId, classKey};
     made.entries = {
         {classKey, L"", description},
-        {classKey + L"\\LocalServer32", L"", L"\"" + program.wstring() + L"\""},
+        {classKey + L"\\LocalServer32", L"", Quoted(program)},
         {classKey + L"\\ProgID", L"", made.progId},
         {made.progId, L"", description},
         {made.progId + L"\\CLSID", L"", made.classId},
@@ -57,25 +63,50 @@ ClassEntries ServerOf(const char* progId, const wchar_t* classId, const wchar_t*
     return made;
 }
 
-ClassEntries WizardEntries(const std::filesystem::path& program) {
-    ClassEntries wizard =
-        ServerOf(core::kWizardProgId, kWizardClass, L"The Quillon Wizard", program);
-    const std::wstring interfaceKey = std::wstring(L"Interface\\") + kWizardInterface;
-    const std::wstring libraryKey =
-        std::wstring(L"TypeLib\\") + kWizardTypeLibrary + L"\\" + kWizardTypeLibraryVersion;
-    const std::vector<Entry> types = {
-        {L"CLSID\\" + wizard.classId + L"\\TypeLib", L"", kWizardTypeLibrary},
-        {interfaceKey, L"", L"IWizard"},
+// The one interface of a class, and the type library that the program holds.
+struct Types {
+    const wchar_t* interfaceId;
+    const wchar_t* interfaceName;
+    const wchar_t* library;
+    const wchar_t* version;
+    const wchar_t* libraryName;
+};
+
+void AddTypes(const Types& types, const std::filesystem::path& program, ClassEntries& made) {
+    const std::wstring interfaceKey = std::wstring(L"Interface\\") + types.interfaceId;
+    const std::wstring library = std::wstring(L"TypeLib\\") + types.library;
+    const std::wstring libraryKey = library + L"\\" + types.version;
+    const std::vector<Entry> entries = {
+        {L"CLSID\\" + made.classId + L"\\TypeLib", L"", types.library},
+        {interfaceKey, L"", types.interfaceName},
         {interfaceKey + L"\\ProxyStubClsid32", L"", kTypeLibraryMarshaler},
-        {interfaceKey + L"\\TypeLib", L"", kWizardTypeLibrary},
-        {interfaceKey + L"\\TypeLib", L"Version", kWizardTypeLibraryVersion},
-        {libraryKey, L"", L"Nuvex Quillon Player"},
+        {interfaceKey + L"\\TypeLib", L"", types.library},
+        {interfaceKey + L"\\TypeLib", L"Version", types.version},
+        {libraryKey, L"", types.libraryName},
         {libraryKey + L"\\FLAGS", L"", L"0"},
         {libraryKey + L"\\HELPDIR", L"", program.parent_path().wstring()},
         {libraryKey + L"\\0\\" + kMachine, L"", program.wstring()},
     };
-    wizard.entries.insert(wizard.entries.end(), types.begin(), types.end());
+    made.entries.insert(made.entries.end(), entries.begin(), entries.end());
+    made.keys.insert(made.keys.end(), {interfaceKey, library});
+}
+
+ClassEntries WizardEntries(const std::filesystem::path& program) {
+    ClassEntries wizard =
+        ServerOf(core::kWizardProgId, kWizardClass, L"The Quillon Wizard", program);
+    AddTypes({kWizardInterface, L"IWizard", kWizardTypeLibrary, kWizardTypeLibraryVersion,
+              L"Nuvex Quillon Player"},
+             program, wizard);
     return wizard;
+}
+
+ClassEntries CompanionEntries(const std::filesystem::path& program) {
+    ClassEntries companion =
+        ServerOf(core::kCompanionProgId, kCompanionClass, L"Framewright", program);
+    AddTypes({kCompanionInterface, L"IFragmentJob", kCompanionTypeLibrary,
+              kCompanionTypeLibraryVersion, L"Framewright"},
+             program, companion);
+    return companion;
 }
 
 bool Stands(const Entry& entry) {
@@ -97,29 +128,50 @@ void Write(const ClassEntries& wanted, const std::wstring& folder, HKEY root) {
         RegistryKey::Create(folder + entry.key, root).SetText(entry.name, entry.text);
 }
 
-void Register(const ClassEntries& wanted) {
-    if (IsVisible(wanted)) return;
+bool Register(const ClassEntries& wanted) {
+    if (IsVisible(wanted)) return true;
     Write(wanted, kUserClasses, HKEY_CURRENT_USER);
-    if (IsVisible(wanted)) return;
+    if (IsVisible(wanted)) return true;
     // Not every system shows the user's own classes among all classes, and none does to a program
     // that runs as administrator.
     Write(wanted, kUserClasses, HKEY_LOCAL_MACHINE);
-    if (!IsVisible(wanted)) {
-        WriteDebugLine(winapi::Utf8(wanted.progId) + " cannot be found after its registration");
-    }
+    return IsVisible(wanted);
+}
+
+void RegisterOrTell(const ClassEntries& wanted) {
+    if (Register(wanted)) return;
+    WriteDebugLine(winapi::Utf8(wanted.progId) + " cannot be found after its registration");
+}
+
+void RemoveBelow(const std::wstring& folder, HKEY root, const ClassEntries& known,
+                 const std::filesystem::path& program) {
+    const std::wstring server = folder + L"CLSID\\" + known.classId + L"\\LocalServer32";
+    const auto value = RegistryValueAt(server, L"", root);
+    if (!value || value->Text() != Quoted(program)) return;
+    for (const std::wstring& key : known.keys)
+        DeleteRegistryTree(folder + key, root);
 }
 
 }  // namespace
 
 void RegisterAutomation(const std::filesystem::path& programFile) noexcept {
     try {
-        Register(WizardEntries(programFile));
+        RegisterOrTell(WizardEntries(programFile));
         const auto companion = programFile.parent_path() / core::kCompanionFileName;
-        if (!base::IsFile(companion)) return;
-        Register(ServerOf(core::kCompanionProgId, kCompanionClass, L"Framewright", companion));
+        if (base::IsFile(companion)) RegisterOrTell(CompanionEntries(companion));
     } catch (const std::exception& error) {
         WriteDebugLine(error.what());
     }
+}
+
+bool RegisterCompanion(const std::filesystem::path& companionFile) {
+    return Register(CompanionEntries(companionFile));
+}
+
+void UnregisterCompanion(const std::filesystem::path& companionFile) {
+    const ClassEntries known = CompanionEntries(companionFile);
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+        RemoveBelow(kUserClasses, root, known, companionFile);
 }
 
 }  // namespace nqp::platform

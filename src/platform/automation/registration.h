@@ -10,4 +10,11 @@ namespace nqp::platform {
 // the debug output only: the player plays without either.
 void RegisterAutomation(const std::filesystem::path& programFile) noexcept;
 
+// The same for the companion alone. False when the system does not know it afterwards. Throws
+// RegistryError.
+bool RegisterCompanion(const std::filesystem::path& companionFile);
+// Takes it back where the class leads to this program file; another one's registration stays.
+// Throws RegistryError.
+void UnregisterCompanion(const std::filesystem::path& companionFile);
+
 }  // namespace nqp::platform

@@ -6,39 +6,14 @@
 
 #include "forms/run_time_error.h"
 #include "forms/win32/winapi/com.h"
-#include "forms/win32/winapi/text.h"
+#include "platform/automation/dual_object.h"
 #include "platform/automation/variant.h"
 #include "platform/automation/wizard_interface.h"
-#include "platform/process.h"
 
 namespace nqp::platform {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-constexpr HRESULT kMethodFailed = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x200);
-
-// Out of the type library inside the program, so that nothing depends on its registration. Empty
-// when there is none; then the methods are reached through the interface only.
-winapi::ComPtr<ITypeInfo> WizardTypeInfo() {
-    winapi::ComPtr<ITypeLib> library;
-    winapi::ComPtr<ITypeInfo> type;
-    LoadTypeLibEx(ProgramFile().c_str(), REGKIND_NONE, library.Put());
-    if (library) library->GetTypeInfoOfGuid(__uuidof(IWizard), type.Put());
-    if (!type) WriteDebugLine("the program holds no type library of the wizard");
-    return type;
-}
-
-// For clients that ask for the text of a failure.
-void SetErrorText(const std::string& text) {
-    winapi::ComPtr<ICreateErrorInfo> creation;
-    if (FAILED(CreateErrorInfo(creation.Put()))) return;
-    creation->SetGUID(__uuidof(IWizard));
-    creation->SetSource(winapi::Utf16(core::kWizardProgId).data());
-    creation->SetDescription(winapi::Utf16(text).data());
-    const auto error = creation.As<IErrorInfo>();
-    if (error) SetErrorInfo(0, error.Get());
-}
 
 // A class object that is on offer to one client.
 class Offer {
@@ -64,7 +39,9 @@ private:
 class WizardServer::Served {
 public:
     Served(core::Wizard& wizard, std::function<void()> lastReleased)
-        : wizard_(&wizard), lastReleased_(std::move(lastReleased)), type_(WizardTypeInfo()) {}
+        : wizard_(&wizard),
+          lastReleased_(std::move(lastReleased)),
+          type_(TypeInfoInProgram(__uuidof(IWizard))) {}
 
     static void OfferClass(const std::shared_ptr<Served>& served);
 
@@ -75,7 +52,7 @@ public:
     }
 
     core::Wizard* Wizard() const { return wizard_; }
-    ITypeInfo* Type() const { return type_.Get(); }
+    const winapi::ComPtr<ITypeInfo>& Type() const { return type_; }
     int Held() const { return held_; }
     Clock::time_point LastCall() const { return lastCall_; }
     void NoteCall() { lastCall_ = Clock::now(); }
@@ -99,59 +76,13 @@ private:
     Clock::time_point lastCall_ = Clock::now();
 };
 
-class WizardServer::Object final : public winapi::ComObject<IWizard>, public ISupportErrorInfo {
+class WizardServer::Object final : public DualObject<IWizard> {
 public:
-    explicit Object(std::shared_ptr<Served> served) : served_(std::move(served)) {
+    explicit Object(std::shared_ptr<Served> served)
+        : DualObject(served->Type()), served_(std::move(served)) {
         served_->Hold();
     }
     ~Object() override { served_->LetGo(); }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        if (object == nullptr) return E_POINTER;
-        if (IsEqualIID(id, IID_IDispatch)) {
-            *object = static_cast<IDispatch*>(this);
-        } else if (IsEqualIID(id, IID_ISupportErrorInfo)) {
-            *object = static_cast<ISupportErrorInfo*>(this);
-        } else {
-            return ComObject::QueryInterface(id, object);
-        }
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ComObject::AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return ComObject::Release(); }
-
-    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) override {
-        return IsEqualIID(id, __uuidof(IWizard)) ? S_OK : S_FALSE;
-    }
-
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        if (count == nullptr) return E_POINTER;
-        *count = served_->Type() != nullptr ? 1 : 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** type) override {
-        if (type == nullptr) return E_POINTER;
-        *type = nullptr;
-        if (index != 0) return DISP_E_BADINDEX;
-        if (served_->Type() == nullptr) return TYPE_E_CANTLOADLIBRARY;
-        *type = served_->Type();
-        (*type)->AddRef();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
-                                            DISPID* ids) override {
-        if (served_->Type() == nullptr) return TYPE_E_CANTLOADLIBRARY;
-        return served_->Type()->GetIDsOfNames(names, count, ids);
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags,
-                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                                     UINT* argument) override {
-        if (served_->Type() == nullptr) return TYPE_E_CANTLOADLIBRARY;
-        SetErrorInfo(0, nullptr);
-        return served_->Type()->Invoke(static_cast<IWizard*>(this), member, flags, parameters,
-                                       result, exception, argument);
-    }
 
     HRESULT STDMETHODCALLTYPE init() override {
         return Answer([](core::Wizard& wizard) { wizard.init(); });
@@ -206,7 +137,7 @@ private:
         // A method may have run a message loop of its own; the call ends only now.
         served_->NoteCall();
         if (!failure) return S_OK;
-        SetErrorText(*failure);
+        SetErrorText(__uuidof(IWizard), core::kWizardProgId, *failure);
         return kMethodFailed;
     }
 

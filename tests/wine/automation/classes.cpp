@@ -26,6 +26,8 @@ void RemoveBelow(const std::wstring& folder, HKEY root) {
         std::wstring(L"CLSID\\") + platform::kCompanionClass,
         std::wstring(L"Interface\\") + platform::kWizardInterface,
         std::wstring(L"TypeLib\\") + platform::kWizardTypeLibrary,
+        std::wstring(L"Interface\\") + platform::kCompanionInterface,
+        std::wstring(L"TypeLib\\") + platform::kCompanionTypeLibrary,
     };
     for (const std::wstring& key : keys)
         platform::DeleteRegistryTree(folder + key, root);
