@@ -104,6 +104,28 @@ std::string SourceOptions(int width, int height, int format, AVRational aspect) 
     return options.append(Number(aspect.den));
 }
 
+// How a picture is laid over frames of a format without bringing the frames to another one, which
+// would change them everywhere.
+struct OverlayFormat {
+    const char* mode;
+    const char* picture;
+    bool isYuv;
+};
+
+OverlayFormat OverlayFormatFor(AVPixelFormat format) {
+    switch (format) {
+        case AV_PIX_FMT_YUV420P:
+        case AV_PIX_FMT_YUVJ420P:
+            return {"yuv420", "yuva420p", true};
+        case AV_PIX_FMT_YUV422P:
+            return {"yuv422", "yuva422p", true};
+        case AV_PIX_FMT_YUV444P:
+            return {"yuv444", "yuva444p", true};
+        default:
+            return {"auto", "bgra", false};
+    }
+}
+
 struct InOut {
     InOut(const char* name, AVFilterContext* context, InOut* following) {
         pointer = avfilter_inout_alloc();
@@ -243,11 +265,29 @@ std::string PictureChain::Steps(const Input& input) const {
     const std::string format = av_get_pix_fmt_name(form_.format);
     steps.append("format=").append(format);
     if (overlay_) {
-        steps.append("[main];[main][picture]overlay=format=auto:eof_action=repeat:x=");
+        const OverlayFormat over = OverlayFormatFor(form_.format);
+        steps.append("[main];[picture]").append(over.isYuv ? PictureStep(input) : "");
+        steps.append("format=").append(over.picture).append("[over];[main][over]overlay=format=");
+        steps.append(over.mode).append(":eof_action=repeat:x=");
         steps.append(Number(overlay_->x)).append(":y=").append(Number(overlay_->y));
         steps.append(",format=").append(format);
     }
     return steps.append("[out]");
+}
+
+std::string PictureChain::WantedMatrix(const Input& input) const {
+    return form_.jpegColours ? "bt601" : MatrixName(input.colours);
+}
+
+bool PictureChain::WantsWholeRange(const Input& input) const {
+    return form_.jpegColours || (form_.keepsRange && IsWholeRange(input.range, input.format));
+}
+
+// The picture over the frames gets the colours that they have.
+std::string PictureChain::PictureStep(const Input& input) const {
+    std::string step = "scale=out_color_matrix=";
+    step.append(WantedMatrix(input)).append(":out_range=");
+    return step.append(WantsWholeRange(input) ? "full," : "limited,");
 }
 
 // What need not be said is not: frames that stay as they are pass through unread.
@@ -255,13 +295,13 @@ std::string PictureChain::ScaleStep(const Input& input) const {
     std::string step = "scale=";
     step.append(Number(width_)).append(":").append(Number(height_)).append(":flags=bicubic");
     const std::string given = MatrixName(input.colours);
-    const std::string wanted = form_.jpegColours ? "bt601" : given;
+    const std::string wanted = WantedMatrix(input);
     const bool fromRgb = IsRgb(input.format);
     const bool toRgb = IsRgb(form_.format);
     if (!fromRgb && (toRgb || given != wanted)) step.append(":in_color_matrix=").append(given);
     if (!toRgb && (fromRgb || given != wanted)) step.append(":out_color_matrix=").append(wanted);
     const bool whole = IsWholeRange(input.range, input.format);
-    const bool wholeWanted = form_.jpegColours || (whole && form_.keepsRange);
+    const bool wholeWanted = WantsWholeRange(input);
     if (!fromRgb && whole) step.append(":in_range=full");
     if (!toRgb && (wholeWanted || whole)) {
         step.append(wholeWanted ? ":out_range=full" : ":out_range=limited");

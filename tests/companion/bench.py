@@ -28,7 +28,7 @@ from marked_clip import FOLDER, looped  # noqa: E402
 
 DEADLINE = 600.0
 START_SECONDS = 0.2
-MEMORY_GROWTH = 1.2  # at most, from a minute to an hour
+MEMORY_GROWTH = 24  # megabytes at most, from a minute to an hour: the index of the clip
 
 
 @dataclasses.dataclass(frozen=True)
@@ -146,7 +146,7 @@ def print_memory(program: Framewright, folder: pathlib.Path) -> bool:
     for suffix in (".avi", ".mp3", ".wav"):
         output = folder / f"long{suffix}"
         short, long = (peak_megabytes(program, clip, output) for clip in (minute, hour))
-        flat = flat and long < short * MEMORY_GROWTH
+        flat = flat and long < short + MEMORY_GROWTH
         print(f"{'  to ' + suffix:28}{short:13.0f}{long:9.0f}{long / short:8.2f}", flush=True)
     return flat
 
