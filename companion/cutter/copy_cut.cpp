@@ -65,7 +65,8 @@ public:
           meter_(source.Watch(), job.end - begin),
           container_("avi", output),
           begin_(begin),
-          rate_(source.FrameRate()) {
+          rate_(source.FrameRate()),
+          sound_end_(EndOfLastFrame()) {
         const AVStream& video = *source.Video();
         video_ = container_.Add(*video.codecpar, av_inv_q(rate_), rate_,
                                 video.codecpar->sample_aspect_ratio);
@@ -84,6 +85,12 @@ public:
     }
 
 private:
+    // Sound that ended before the last frame would leave it silent.
+    double EndOfLastFrame() const {
+        const double rate = av_q2d(rate_);
+        return begin_ + std::ceil((job_.end - kSameTime - begin_) * rate) / rate;
+    }
+
     void AddSound(const AVCodecParameters& sound) {
         sound_rate_ = sound.sample_rate;
         block_ = IsPcm(sound.codec_id) ? sound.block_align : 0;
@@ -151,7 +158,7 @@ private:
         const AVStream& stream = *source_.Sound();
         const double length =
             block_ > 0 ? 0 : static_cast<double>(packet.duration) * av_q2d(stream.time_base);
-        sound_ended_ = time + length / 2 >= job_.end;
+        sound_ended_ = time + length / 2 >= sound_end_;
         ended_ = ended_ || (sound_ended_ && picture_ended_);
         if (sound_ended_ || packet.size == 0 || time + length / 2 < begin_ - kSameTime) {
             if (block_ == 0 || packet.size == 0) return;
@@ -164,7 +171,7 @@ private:
     }
 
     void CutPcm(AVPacket& packet, std::int64_t place) const {
-        const std::int64_t last = std::llround((job_.end - begin_) * sound_rate_);
+        const std::int64_t last = std::llround((sound_end_ - begin_) * sound_rate_);
         const std::int64_t samples = packet.size / block_;
         const std::int64_t from = std::clamp<std::int64_t>(-place, 0, samples);
         const std::int64_t to = std::clamp<std::int64_t>(last - place, from, samples);
@@ -178,6 +185,7 @@ private:
     Container container_;
     double begin_;
     AVRational rate_;
+    double sound_end_;  // seconds
     Libav<AVBSFContext> header_filter_;
     int video_ = 0;
     int sound_ = 0;
