@@ -66,7 +66,8 @@ public:
           container_("avi", output),
           begin_(begin),
           rate_(source.FrameRate()),
-          sound_end_(EndOfLastFrame()) {
+          sound_end_(begin +
+                     std::ceil((job.end - begin - kSameTime) * av_q2d(rate_)) / av_q2d(rate_)) {
         const AVStream& video = *source.Video();
         video_ = container_.Add(*video.codecpar, av_inv_q(rate_), rate_,
                                 video.codecpar->sample_aspect_ratio);
@@ -85,12 +86,6 @@ public:
     }
 
 private:
-    // Sound that ended before the last frame would leave it silent.
-    double EndOfLastFrame() const {
-        const double rate = av_q2d(rate_);
-        return begin_ + std::ceil((job_.end - kSameTime - begin_) * rate) / rate;
-    }
-
     void AddSound(const AVCodecParameters& sound) {
         sound_rate_ = sound.sample_rate;
         block_ = IsPcm(sound.codec_id) ? sound.block_align : 0;
@@ -146,37 +141,46 @@ private:
             container_.Write(*filtered, video_);
     }
 
-    // PCM can be cut anywhere; of all others whole packets are taken, those that lie inside by more
-    // than half.
     void TakeSound(AVPacket& packet, double time) {
         if (sound_ended_) return;
-        std::int64_t place = std::llround((time - begin_) * sound_rate_);
-        if (block_ > 0) {
-            CutPcm(packet, place);
-            place = std::max<std::int64_t>(place, 0);
-        }
-        const AVStream& stream = *source_.Sound();
-        const double length =
-            block_ > 0 ? 0 : static_cast<double>(packet.duration) * av_q2d(stream.time_base);
-        sound_ended_ = time + length / 2 >= sound_end_;
+        sound_ended_ = time >= sound_end_;
         ended_ = ended_ || (sound_ended_ && picture_ended_);
-        if (sound_ended_ || packet.size == 0 || time + length / 2 < begin_ - kSameTime) {
-            if (block_ == 0 || packet.size == 0) return;
+        if (sound_ended_) return;
+        if (block_ > 0) {
+            TakePcm(packet, time);
+        } else {
+            TakeWhole(packet, time);
         }
-        if (block_ == 0) place = next_sound_;
-        packet.pts = packet.dts = place;
-        packet.duration = block_ > 0 ? packet.size / block_ : std::llround(length * sound_rate_);
-        next_sound_ = place + packet.duration;
-        container_.Write(packet, sound_);
     }
 
-    void CutPcm(AVPacket& packet, std::int64_t place) const {
+    // PCM can be cut anywhere.
+    void TakePcm(AVPacket& packet, double time) {
+        const std::int64_t place = std::llround((time - begin_) * sound_rate_);
         const std::int64_t last = std::llround((sound_end_ - begin_) * sound_rate_);
         const std::int64_t samples = packet.size / block_;
         const std::int64_t from = std::clamp<std::int64_t>(-place, 0, samples);
         const std::int64_t to = std::clamp<std::int64_t>(last - place, from, samples);
+        if (from == to) return;
         packet.data += from * block_;
         packet.size = static_cast<int>((to - from) * block_);
+        WriteSound(packet, place + from, to - from);
+    }
+
+    // Of all other sound those packets are taken that lie inside by more than half.
+    void TakeWhole(AVPacket& packet, double time) {
+        const double length =
+            static_cast<double>(packet.duration) * av_q2d(source_.Sound()->time_base);
+        const double middle = time + length / 2;
+        if (middle < begin_ || middle >= sound_end_) return;
+        const std::int64_t samples = std::llround(length * sound_rate_);
+        WriteSound(packet, next_sound_, samples);
+        next_sound_ += samples;
+    }
+
+    void WriteSound(AVPacket& packet, std::int64_t place, std::int64_t samples) {
+        packet.pts = packet.dts = place;
+        packet.duration = samples;
+        container_.Write(packet, sound_);
     }
 
     const CutJob& job_;
@@ -185,7 +189,7 @@ private:
     Container container_;
     double begin_;
     AVRational rate_;
-    double sound_end_;  // seconds
+    double sound_end_;  // with the last frame
     Libav<AVBSFContext> header_filter_;
     int video_ = 0;
     int sound_ = 0;

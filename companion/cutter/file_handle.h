@@ -13,9 +13,8 @@ class FileHandle {
 public:
     // Neither is thrown for: `error` says what went wrong.
     static FileHandle OpenToRead(const std::filesystem::path& path, std::error_code& error);
-    // A new file, held: RemoveUnheld leaves it alone as long as this handle is open. An error when
-    // there is one of that name.
-    static FileHandle CreateHeld(const std::filesystem::path& path, std::error_code& error);
+    // A new file, which nobody else may write to. An error when there is one of that name.
+    static FileHandle CreateNew(const std::filesystem::path& path, std::error_code& error);
 
     FileHandle() = default;
     FileHandle(FileHandle&& other) noexcept;
@@ -44,8 +43,9 @@ private:
     std::intptr_t handle_ = kNone;
 };
 
-// Removes a file that was made with CreateHeld by a process that is gone.
-void RemoveUnheld(const std::filesystem::path& path);
+// Of this process, and whether there is one of that number.
+std::uint32_t ProcessNumber();
+bool IsRunning(std::uint32_t process);
 
 // In one step, also when there is a file of the new name.
 std::error_code MoveOver(const std::filesystem::path& file, const std::filesystem::path& newName);

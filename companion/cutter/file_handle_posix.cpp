@@ -1,9 +1,9 @@
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <utility>
 
 #include "cutter/file_handle.h"
@@ -29,10 +29,9 @@ FileHandle FileHandle::OpenToRead(const std::filesystem::path& path, std::error_
     return FileHandle(file);
 }
 
-FileHandle FileHandle::CreateHeld(const std::filesystem::path& path, std::error_code& error) {
+FileHandle FileHandle::CreateNew(const std::filesystem::path& path, std::error_code& error) {
     const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
     error = file < 0 ? LastError() : std::error_code();
-    if (file >= 0) flock(file, LOCK_EX | LOCK_NB);
     return FileHandle(file);
 }
 
@@ -77,11 +76,12 @@ std::optional<std::int64_t> FileHandle::Size() const {
     return facts.st_size;
 }
 
-void RemoveUnheld(const std::filesystem::path& path) {
-    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
-    if (file < 0) return;
-    if (flock(file, LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
-    close(file);
+std::uint32_t ProcessNumber() {
+    return static_cast<std::uint32_t>(getpid());
+}
+
+bool IsRunning(std::uint32_t process) {
+    return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
 }
 
 std::error_code MoveOver(const std::filesystem::path& file, const std::filesystem::path& newName) {

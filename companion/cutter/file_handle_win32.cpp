@@ -34,8 +34,7 @@ FileHandle FileHandle::OpenToRead(const std::filesystem::path& path, std::error_
     return FileHandle(reinterpret_cast<std::intptr_t>(file));
 }
 
-// Held by not being shared for removal.
-FileHandle FileHandle::CreateHeld(const std::filesystem::path& path, std::error_code& error) {
+FileHandle FileHandle::CreateNew(const std::filesystem::path& path, std::error_code& error) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
                                     nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     error = file == INVALID_HANDLE_VALUE ? LastError() : std::error_code();
@@ -90,8 +89,16 @@ std::optional<std::int64_t> FileHandle::Size() const {
     return size.QuadPart;
 }
 
-void RemoveUnheld(const std::filesystem::path& path) {
-    DeleteFileW(path.c_str());
+std::uint32_t ProcessNumber() {
+    return GetCurrentProcessId();
+}
+
+bool IsRunning(std::uint32_t process) {
+    const HANDLE opened = OpenProcess(SYNCHRONIZE, FALSE, process);
+    if (opened == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+    const bool running = WaitForSingleObject(opened, 0) == WAIT_TIMEOUT;
+    CloseHandle(opened);
+    return running;
 }
 
 std::error_code MoveOver(const std::filesystem::path& file, const std::filesystem::path& newName) {

@@ -61,6 +61,24 @@ bool IsRgb(int format) {
     return facts != nullptr && (facts->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
+// In what forms a picture is laid over frames: as the filters name them.
+struct PlacedFormat {
+    const char* frame;
+    const char* picture;
+};
+
+PlacedFormat FormatsFor(AVPixelFormat format) {
+    if (IsRgb(format)) return {"gbrp", "gbrap"};
+    const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(format);
+    constexpr int kPlainBits = 8;
+    const bool fine = facts.comp[0].depth > kPlainBits;
+    if (facts.log2_chroma_w == 0) return {"yuv444", "yuva444p"};
+    if (facts.log2_chroma_h == 0) {
+        return fine ? PlacedFormat{"yuv422p10", "yuva422p10"} : PlacedFormat{"yuv422", "yuva422p"};
+    }
+    return fine ? PlacedFormat{"yuv420p10", "yuva420p10"} : PlacedFormat{"yuv420", "yuva420p"};
+}
+
 std::string Number(std::int64_t number) {
     return std::to_string(number);
 }
@@ -102,28 +120,6 @@ std::string SourceOptions(int width, int height, int format, AVRational aspect) 
     options.append(":pix_fmt=").append(Number(format)).append(":time_base=").append(kTimeBase);
     options.append(":pixel_aspect=").append(Number(aspect.num)).append("/");
     return options.append(Number(aspect.den));
-}
-
-// How a picture is laid over frames of a format without bringing the frames to another one, which
-// would change them everywhere.
-struct OverlayFormat {
-    const char* mode;
-    const char* picture;
-    bool isYuv;
-};
-
-OverlayFormat OverlayFormatFor(AVPixelFormat format) {
-    switch (format) {
-        case AV_PIX_FMT_YUV420P:
-        case AV_PIX_FMT_YUVJ420P:
-            return {"yuv420", "yuva420p", true};
-        case AV_PIX_FMT_YUV422P:
-            return {"yuv422", "yuva422p", true};
-        case AV_PIX_FMT_YUV444P:
-            return {"yuv444", "yuva444p", true};
-        default:
-            return {"auto", "bgra", false};
-    }
 }
 
 struct InOut {
@@ -264,15 +260,22 @@ std::string PictureChain::Steps(const Input& input) const {
     steps.append(ScaleStep(input));
     const std::string format = av_get_pix_fmt_name(form_.format);
     steps.append("format=").append(format);
-    if (overlay_) {
-        const OverlayFormat over = OverlayFormatFor(form_.format);
-        steps.append("[main];[picture]").append(over.isYuv ? PictureStep(input) : "");
-        steps.append("format=").append(over.picture).append("[over];[main][over]overlay=format=");
-        steps.append(over.mode).append(":eof_action=repeat:x=");
-        steps.append(Number(overlay_->x)).append(":y=").append(Number(overlay_->y));
-        steps.append(",format=").append(format);
-    }
+    if (overlay_) steps.append(OverlayStep(input)).append(",format=").append(format);
     return steps.append("[out]");
+}
+
+// The picture takes the colours of the frames, not the other way round.
+std::string PictureChain::OverlayStep(const Input& input) const {
+    std::string step = "[main];[picture]";
+    if (!IsRgb(form_.format)) {
+        step.append("scale=out_color_matrix=").append(WantedMatrix(input));
+        step.append(WantsWholeRange(input) ? ":out_range=full" : ":out_range=limited");
+        step.append(",");
+    }
+    const PlacedFormat formats = FormatsFor(form_.format);
+    step.append("format=").append(formats.picture).append("[laid];[main][laid]overlay=format=");
+    step.append(formats.frame).append(":eof_action=repeat:x=").append(Number(overlay_->x));
+    return step.append(":y=").append(Number(overlay_->y));
 }
 
 std::string PictureChain::WantedMatrix(const Input& input) const {
@@ -281,13 +284,6 @@ std::string PictureChain::WantedMatrix(const Input& input) const {
 
 bool PictureChain::WantsWholeRange(const Input& input) const {
     return form_.jpegColours || (form_.keepsRange && IsWholeRange(input.range, input.format));
-}
-
-// The picture over the frames gets the colours that they have.
-std::string PictureChain::PictureStep(const Input& input) const {
-    std::string step = "scale=out_color_matrix=";
-    step.append(WantedMatrix(input)).append(":out_range=");
-    return step.append(WantsWholeRange(input) ? "full," : "limited,");
 }
 
 // What need not be said is not: frames that stay as they are pass through unread.

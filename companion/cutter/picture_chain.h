@@ -59,10 +59,9 @@ private:
     void Build(const Input& input);
     std::string Steps(const Input& input) const;
     std::string ScaleStep(const Input& input) const;
-    std::string PictureStep(const Input& input) const;
+    std::string OverlayStep(const Input& input) const;
     std::string WantedMatrix(const Input& input) const;
     bool WantsWholeRange(const Input& input) const;
-    void AddOverlay();
     void TakeAll();
 
     PictureForm form_;

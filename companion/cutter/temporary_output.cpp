@@ -1,5 +1,6 @@
 #include "cutter/temporary_output.h"
 
+#include <charconv>
 #include <string>
 #include <vector>
 
@@ -9,13 +10,27 @@
 namespace nqp::companion {
 namespace {
 
-// Of a file that is being written.
+// Of a file that is being written; in front of it are the process that does so and a number.
 constexpr char kEnding[] = ".framewright-part";
-// Several jobs may write beside each other, and a file may be there that cannot be removed.
 constexpr int kMostNames = 100;
 
 std::filesystem::path FolderOf(const std::filesystem::path& target) {
     return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
+}
+
+// Short, so that it fits wherever the target fits.
+std::filesystem::path NameOf(int number) {
+    return std::to_string(ProcessNumber()) + "-" + std::to_string(number) + kEnding;
+}
+
+// A number that the system has given to another process meanwhile keeps its file for now.
+bool IsLeftover(const std::filesystem::path& path) {
+    if (path.extension() != kEnding) return false;
+    const std::string name = base::Utf8FromPath(path.stem());
+    std::uint32_t process = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
+    const bool ours = error == std::errc() && end != name.data() + name.size() && *end == '-';
+    return ours && !IsRunning(process);
 }
 
 void RemoveLeftovers(const std::filesystem::path& folder) {
@@ -23,15 +38,10 @@ void RemoveLeftovers(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> leftovers;
     for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
          it.increment(error)) {
-        if (it->path().extension() == kEnding) leftovers.push_back(it->path());
+        if (IsLeftover(it->path())) leftovers.push_back(it->path());
     }
     for (const auto& path : leftovers)
-        RemoveUnheld(path);
-}
-
-// Short, so that it fits wherever the target fits.
-std::filesystem::path NameOf(int number) {
-    return std::to_string(number) + kEnding;
+        std::filesystem::remove(path, error);
 }
 
 std::string Sentence(const std::filesystem::path& target, const std::error_code& error) {
@@ -53,7 +63,7 @@ TemporaryOutput::TemporaryOutput(const std::filesystem::path& target) : target_(
     RemoveLeftovers(folder);
     for (int number = 1; number <= kMostNames; ++number) {
         path_ = folder / NameOf(number);
-        file_ = FileHandle::CreateHeld(path_, failure_);
+        file_ = FileHandle::CreateNew(path_, failure_);
         if (file_.IsOpen()) return;
         if (failure_ != std::errc::file_exists) break;
     }

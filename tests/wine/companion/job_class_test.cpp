@@ -379,7 +379,7 @@ TEST_F(QuestionTest, GoesWithTheJob) {
 }
 
 TEST_F(JobClassTest, ComesAndGoesManyTimes) {
-    constexpr int kTimes = 40;
+    constexpr int kTimes = 15;
     for (int time = 0; time < kTimes; ++time) {
         const LateBound job = JobWith("clip");
         job.Call(kRun);
