@@ -18,3 +18,5 @@ pages=(build/screens/options-{general,fragments,skin,schedule}-100.png)
 convert '(' "${pages[@]:0:2}" +append ')' '(' "${pages[@]:2:2}" +append ')' -append \
   -strip -define png:compression-level=9 docs/images/options.png
 convert build/screens/wizard-idle.png -strip -define png:compression-level=9 docs/images/wizard.png
+convert build/screens/format-dialog.png -strip -define png:compression-level=9 \
+  docs/images/format.png

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import dataclasses
+import os
 import pathlib
 import re
 import shutil
@@ -18,9 +19,10 @@ from player import Player, ProgramFolder  # noqa: E402
 from pointer import Pointer  # noqa: E402
 from screen import Screen  # noqa: E402
 from sound import Sound  # noqa: E402
-from stage import BUILD, PLAIN_DPI, Stage  # noqa: E402
+from stage import BUILD, PLAIN_DPI, PROGRAM_BUILD, Stage  # noqa: E402
 from winctl import Winctl  # noqa: E402
 
+COMPANION = PROGRAM_BUILD / "companion" / "Framewright.exe"
 FAILURES = BUILD / "e2e-failures"
 LONGEST_FILE = "test_wizard.py"
 
@@ -81,9 +83,14 @@ def pytest_sessionstart(session: pytest.Session) -> None:
         clip_files.make()
 
 
+@pytest.hookimpl(tryfirst=True)
 def pytest_collection_modifyitems(items: list[pytest.Item]) -> None:
-    """The file that takes longest comes first, so that the processes of a run end together."""
+    """The file that takes longest comes first, so that the processes of a run end together. Tests
+    that cut can be chosen, or left out, by a mark."""
     items.sort(key=lambda item: item.path.name != LONGEST_FILE)
+    for item in items:
+        if "cutting" in getattr(item, "fixturenames", ()):
+            item.add_marker(pytest.mark.companion)
 
 
 _desk: Desk | None = None
@@ -126,6 +133,13 @@ def player(desk: Desk) -> Iterator[Player]:
     yield made
     if made in desk.players:
         desk.finish_all()
+
+
+@pytest.fixture
+def cutting(player: Player) -> Player:
+    """A player with the real companion."""
+    os.link(COMPANION, player.folder.path / COMPANION.name)
+    return player
 
 
 @pytest.fixture

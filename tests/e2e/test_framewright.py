@@ -2,55 +2,21 @@
 
 from __future__ import annotations
 
-import json
-import os
 import pathlib
-import subprocess
 
 import pytest
+from format_dialog import DIALOG, answer, probe, wait_for_dialog
 from player import Player
-from screen import Screen
-from stage import BUILD, PROGRAM_BUILD
+from screen import Rect, Screen
+from stage import BUILD
 from test_wizard import BESIDE, JOB_SECONDS, WAITING, mark_and_open, wait_until_back
 from waiting import equals, until
 from windowmap import control_id
 from wizard import AUDIO_JOB, CANCEL, IMAGE_JOB, PROGRESS, VIDEO_JOB, Wizard
 
-PROGRAM = PROGRAM_BUILD / "companion" / "Framewright.exe"
 PICTURES = BUILD / "screens"
-DIALOG = "nqp.FormatDialog"
 WHOLE = {"record11": "100"}  # every frame of the fragment
 SECONDS = 3.0
-
-
-@pytest.fixture
-def cutting(player: Player) -> Player:
-    """A player with its companion."""
-    os.link(PROGRAM, player.folder.path / PROGRAM.name)
-    return player
-
-
-def wait_for_dialog(player: Player, state: str) -> None:
-    player.ctl.ask("wait", DIALOG, state, JOB_SECONDS, seconds=JOB_SECONDS + 10)
-
-
-def press(player: Player, control: str) -> None:
-    player.ctl.ask("click", DIALOG, control_id(DIALOG, control))
-
-
-def answer(player: Player, *controls: str) -> None:
-    """Presses these controls of the format dialog."""
-    wait_for_dialog(player, "visible")
-    for control in controls:
-        press(player, control)
-    wait_for_dialog(player, "gone")
-
-
-def probe(path: pathlib.Path) -> dict[str, dict[str, str]]:
-    """The streams of a file by their kind."""
-    command = ["ffprobe", "-v", "error", "-show_streams", "-of", "json", str(path)]
-    done = subprocess.run(command, capture_output=True, text=True, check=True)
-    return {stream["codec_type"]: stream for stream in json.loads(done.stdout)["streams"]}
 
 
 def ask_for_video(player: Player, run: str = WAITING) -> tuple[Wizard, pathlib.Path]:
@@ -64,7 +30,8 @@ def test_video_is_cut_in_the_format_that_is_chosen(cutting: Player, screen: Scre
     wizard, target = ask_for_video(cutting)
     wait_for_dialog(cutting, "visible")
     equals(lambda: wizard.text(PROGRESS), "0 % copied", 10, "the wizard is told of the job")
-    screen.save(PICTURES / "format-dialog.png")
+    window = Rect(*map(int, cutting.ctl.ask("rect", DIALOG, "")[0]))
+    screen.save(PICTURES / "format-dialog.png", window)
     answer(cutting, "Smaller", "OK")
     wait_until_back(cutting, wizard)
     streams = probe(target)
