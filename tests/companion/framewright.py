@@ -13,6 +13,7 @@ import pathlib
 import signal
 import subprocess
 import tempfile
+import threading
 import time
 from collections.abc import Callable, Iterator
 
@@ -80,7 +81,8 @@ class Running:
         return time.monotonic()
 
     def ended(self) -> bool:
-        return os.waitid(os.P_PID, self._process.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT) is not None
+        look = os.WEXITED | os.WNOHANG | os.WNOWAIT
+        return os.waitid(os.P_PID, self._process.pid, look) is not None
 
     def progress(self) -> str:
         return (self._folder / "err").read_text(errors="replace")
@@ -104,8 +106,6 @@ class Running:
 
 @contextlib.contextmanager
 def _alarm_clock(process: subprocess.Popen[bytes], seconds: float) -> Iterator[Callable[[], bool]]:
-    import threading
-
     rang = threading.Event()
 
     def ring() -> None:

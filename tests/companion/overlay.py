@@ -10,8 +10,9 @@ import numpy as np
 
 Size = tuple[int, int]
 
-# Rec. 601, as clips of this size are coded, in the range from 16 to 235.
-WEIGHTS = np.array([0.299, 0.587, 0.114])
+# What red, green and blue add to the luma, in small clips and in those of high definition.
+REC_601 = np.array([0.299, 0.587, 0.114])
+REC_709 = np.array([0.2126, 0.7152, 0.0722])
 
 
 def painted(size: Size) -> np.ndarray:
@@ -33,6 +34,13 @@ def painted(size: Size) -> np.ndarray:
 def opaque(size: Size) -> np.ndarray:
     pixels = painted(size)
     pixels[..., 3] = 255
+    return pixels
+
+
+def plain(size: Size) -> np.ndarray:
+    """One strong colour."""
+    pixels = np.empty((size[1], size[0], 4), np.uint8)
+    pixels[:] = (230, 40, 20, 255)
     return pixels
 
 
@@ -62,8 +70,11 @@ def place(per_mille: tuple[int, int], room: Size, size: Size) -> tuple[int, int]
     return x, y
 
 
-def expected_luma(pixels: np.ndarray, behind: np.ndarray) -> np.ndarray:
-    over = 16 + pixels[..., :3] @ WEIGHTS * 219 / 255
+def expected_luma(
+    pixels: np.ndarray, behind: np.ndarray, weights: np.ndarray = REC_601
+) -> np.ndarray:
+    """In the range from 16 to 235."""
+    over = 16 + pixels[..., :3] @ weights * 219 / 255
     alpha = pixels[..., 3] / 255
     return over * alpha + behind * (1 - alpha)
 
@@ -100,23 +111,29 @@ def _worst_outside(plain: np.ndarray, covered: np.ndarray, outside: np.ndarray) 
 
 
 def differences(
-    plain: Planes, covered: Planes, pixels: np.ndarray, at: Size, noise: float
+    plain: Planes,
+    covered: Planes,
+    pixels: np.ndarray,
+    at: Size,
+    noise: float,
+    weights: np.ndarray = REC_601,
+    outside: float = 0,
 ) -> list[str]:
     """Of a clip with the picture to the same one without it. `noise` is what rounding and
-    compression may change, in steps of luma."""
+    compression may change in the picture, and `outside` around it, in steps of luma."""
     if len(plain[0]) != len(covered[0]):
         return [f"{len(covered[0])} frames, {len(plain[0])} without the picture"]
     height, width, _ = pixels.shape
     found = []
     for name, before, after, unit in zip(("luma", "chroma"), plain, covered, (1, 2)):
-        outside = _outside(before.shape[-2:], at, (width, height), unit)
-        worst = _worst_outside(before, after, outside)
-        if worst > 0:
+        around = _outside(before.shape[-2:], at, (width, height), unit)
+        worst = _worst_outside(before, after, around)
+        if worst > outside:
             found.append(f"{name} changed by {worst} outside the picture")
     x, y = at
     for number, (before, after) in enumerate(zip(plain[0], covered[0])):
         behind = before[y : y + height, x : x + width]
-        wanted = expected_luma(pixels, behind.astype(float))
+        wanted = expected_luma(pixels, behind.astype(float), weights)
         off = np.abs(after[y : y + height, x : x + width] - wanted)
         if np.median(off) > noise or off.max() > 4 * noise:
             where = _shift(wanted, after, at)

@@ -85,8 +85,10 @@ SURROUND = Clip("surround.mkv", Picture(H264), Sound(("ac3", "-b:a", "384k"), ch
 MONO = Clip("mono.mp4", Picture(H264), Sound(AAC, 44100, 1))
 SILENT = Clip("silent.mp4", Picture(H264), None)
 ONE_SECOND = Clip("second.mp4", Picture(H264), Sound(AAC), seconds=1.0)
+# Tagged with the colours of high definition.
+REC_709 = ("-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709")
+TAGGED = Clip("tagged.mp4", Picture((*H264, *REC_709)), Sound(AAC))
 LONG_PART = Clip("minute.mp4", Picture(MPEG4, size=(640, 360)), Sound(AAC), seconds=60.0)
-
 COPYABLE_PART = Clip("minute.avi", Picture(MPEG4, size=(640, 360)), Sound(PCM), seconds=60.0)
 
 

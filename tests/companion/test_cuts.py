@@ -1,4 +1,5 @@
-"""What a fragment holds, for every kind of job and source, and what happens when it cannot be made."""
+"""What a fragment holds, for every kind of job and source, and what happens when it cannot be
+made."""
 
 from __future__ import annotations
 
@@ -232,7 +233,13 @@ def test_an_anamorphic_clip_is_shown_as_wide_as_before(
 
 @pytest.mark.parametrize(
     "clip",
-    [sources.PLAIN, sources.UNEVEN, sources.ANAMORPHIC, sources.INTERLACED, *sources.TURNED.values()],
+    [
+        sources.PLAIN,
+        sources.UNEVEN,
+        sources.ANAMORPHIC,
+        sources.INTERLACED,
+        *sources.TURNED.values(),
+    ],
     ids=name_of,
 )
 @pytest.mark.parametrize("begin", [0.0, 1.0, 3.386, 7.93])
@@ -268,6 +275,35 @@ def test_a_picture_lies_where_it_is_asked_for(
     frames = overlay.planes_of(plain, size), overlay.planes_of(covered, size)
     at = overlay.place(per_mille, size, (38, 31))
     assert overlay.differences(*frames, shown, at, noise=3) == []
+
+
+@pytest.mark.parametrize(("kind", "noise"), [("lossless", 3), ("mjpeg", 12)])
+@pytest.mark.parametrize(
+    ("clip", "weights"),
+    [(sources.PLAIN, overlay.REC_601), (sources.TAGGED, overlay.REC_709)],
+    ids=["601", "709"],
+)
+def test_a_picture_changes_no_colours_around_it(
+    clip: Clip,
+    weights: np.ndarray,
+    kind: str,
+    noise: float,
+    program: Framewright,
+    tmp_path: pathlib.Path,
+) -> None:
+    pixels = overlay.plain((48, 32))
+    picture = overlay.write_bmp(tmp_path / "picture.bmp", pixels, 24)
+    lay = ("--picture", picture, "--picture-x", "0", "--picture-y", "1000")
+    outputs = tmp_path / "plain.avi", tmp_path / "covered.avi"
+    for output, options in zip(outputs, ((), lay)):
+        shape = ("--format", kind, "--quality", "best")
+        assert_done(program.cut(clip.path, output, 1.0, 1.4, *shape, *options), program)
+    size = (320, 180)
+    frames = [overlay.planes_of(output, size) for output in outputs]
+    # Motion JPEG has the one kind of colours that it knows.
+    weights = overlay.REC_601 if kind == "mjpeg" else weights
+    found = overlay.differences(*frames, pixels, (0, 148), noise, weights, outside=noise - 3)
+    assert found == []
 
 
 def test_a_picture_that_is_none_is_refused(
@@ -360,7 +396,9 @@ def test_a_rate_that_mp3_does_not_know_becomes_the_nearest(
 
 
 @pytest.mark.parametrize("name", ["cut.wav", "cut.mp3", "cut.avi"])
-@pytest.mark.parametrize("clip", [sources.PLAIN, sources.SURROUND, sources.SOUND_CLIPS[0]], ids=name_of)
+@pytest.mark.parametrize(
+    "clip", [sources.PLAIN, sources.SURROUND, sources.SOUND_CLIPS[0]], ids=name_of
+)
 def test_sound_alone_is_cut_exactly(
     clip: Clip, name: str, program: Framewright, tmp_path: pathlib.Path
 ) -> None:
