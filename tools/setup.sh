@@ -21,7 +21,7 @@ test_packages=(
   clang-format shellcheck git python3 python3-pytest python3-pytest-xdist python3-numpy python3-pil
   tint2
 )
-fuzz_packages=(clang libclang-rt-14-dev llvm)
+fuzz_packages=(clang libclang-rt-14-dev llvm ffmpeg)
 
 group_packages() {
   case $1 in

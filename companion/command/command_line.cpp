@@ -8,6 +8,7 @@
 #include "base/file.h"
 #include "command/cut_options.h"
 #include "cutter/cut.h"
+#include "cutter/file_handle.h"
 
 namespace nqp::companion {
 namespace {
@@ -46,7 +47,8 @@ it is put beside the clip. TIME is 70.5, 1:10.5 or 0:01:10.5.
   Framewright --help, --version
 
 Exit codes: 0 done, 1 it could not be done, 2 the command line is wrong,
-3 cancelled with Ctrl+C.
+3 cancelled with Ctrl+C. A command prompt waits for it with "start /wait",
+a batch file by itself.
 )";
 
 class ConsoleWatch final : public CutWatch {
@@ -86,9 +88,8 @@ std::string Summary(const CutJob& job, const CutReport& report) {
 int RunCut(const std::vector<std::string>& arguments, CommandConsole& console) {
     const CutOptions options = ParseCutOptions(arguments);
     const CutJob& job = options.job;
-    std::error_code ignored;
     CheckValues(job);
-    if (!options.overwrite && std::filesystem::exists(job.output, ignored)) {
+    if (!options.overwrite && KindOf(job.output) != PathKind::Nothing) {
         throw CutError("There is already a file " + base::Utf8FromPath(job.output) +
                        "; --overwrite replaces it.");
     }

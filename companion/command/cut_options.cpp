@@ -17,8 +17,6 @@ using core::JobMode;
 
 constexpr double kSixty = 60;
 constexpr std::size_t kMostTimeParts = 3;
-// A little more than a hundred years; what is longer is a slip of the pen.
-constexpr double kMostSeconds = 4e9;
 
 template <class Value, std::size_t Count>
 using Choices = std::array<std::pair<std::string_view, Value>, Count>;

@@ -25,10 +25,6 @@ Container::Container(const char* format, TemporaryOutput& output) : output_(outp
     format_->flags |= AVFMT_FLAG_BITEXACT;
 }
 
-bool Container::WantsGlobalHeader() const {
-    return (format_->oformat->flags & AVFMT_GLOBALHEADER) != 0;
-}
-
 AVStream& Container::NewStream(AVRational unit) {
     AVStream* const stream = avformat_new_stream(format_.get(), nullptr);
     if (stream == nullptr) throw std::bad_alloc();

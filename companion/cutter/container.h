@@ -18,7 +18,6 @@ public:
     Container(const Container&) = delete;
     Container& operator=(const Container&) = delete;
 
-    bool WantsGlobalHeader() const;
     // The number of the stream. Its packets count time in the encoder's unit, or in `unit`.
     int Add(const AVCodecContext& encoder);
     int Add(const AVCodecParameters& copied, AVRational unit, AVRational frameRate,

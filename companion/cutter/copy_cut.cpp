@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -43,9 +44,13 @@ bool IsPcm(AVCodecID codec) {
            codec == AV_CODEC_ID_PCM_S24LE;
 }
 
-bool FitsSound(AVCodecID codec) {
-    return IsPcm(codec) || codec == AV_CODEC_ID_MP3 || codec == AV_CODEC_ID_MP2 ||
-           codec == AV_CODEC_ID_AC3;
+// Silence can be put before PCM only.
+bool FitsSound(const AVStream& sound, const Source& source, double begin) {
+    const AVCodecID codec = sound.codecpar->codec_id;
+    const bool packed =
+        codec == AV_CODEC_ID_MP3 || codec == AV_CODEC_ID_MP2 || codec == AV_CODEC_ID_AC3;
+    constexpr double kInStep = 0.005;
+    return IsPcm(codec) || (packed && source.BeginOf(sound) <= begin + kInStep);
 }
 
 double TimeOf(const Source& source, const AVPacket& packet) {
@@ -65,7 +70,7 @@ public:
           meter_(source.Watch(), job.end - begin),
           container_("avi", output),
           begin_(begin),
-          rate_(source.FrameRate()),
+          rate_(source.ToldFrameRate()),
           sound_end_(begin +
                      std::ceil((job.end - begin - kSameTime) * av_q2d(rate_)) / av_q2d(rate_)) {
         const AVStream& video = *source.Video();
@@ -123,7 +128,8 @@ private:
             ended_ = source_.Sound() == nullptr || sound_ended_;
             return;
         }
-        packet.pts = packet.dts = std::llround((time - begin_) * av_q2d(rate_));
+        const std::int64_t place = std::llround((time - begin_) * av_q2d(rate_));
+        packet.pts = packet.dts = std::max(place, frames_);
         packet.duration = 1;
         frames_ = packet.pts + 1;
         meter_.Reached(time - begin_);
@@ -161,6 +167,7 @@ private:
         const std::int64_t from = std::clamp<std::int64_t>(-place, 0, samples);
         const std::int64_t to = std::clamp<std::int64_t>(last - place, from, samples);
         if (from == to) return;
+        WriteSilence(place + from - next_sound_);
         packet.data += from * block_;
         packet.size = static_cast<int>((to - from) * block_);
         WriteSound(packet, place + from, to - from);
@@ -172,14 +179,28 @@ private:
             static_cast<double>(packet.duration) * av_q2d(source_.Sound()->time_base);
         const double middle = time + length / 2;
         if (middle < begin_ || middle >= sound_end_) return;
-        const std::int64_t samples = std::llround(length * sound_rate_);
-        WriteSound(packet, next_sound_, samples);
-        next_sound_ += samples;
+        WriteSound(packet, next_sound_, std::llround(length * sound_rate_));
+    }
+
+    // An AVI has no gaps: what comes next would be heard too early.
+    void WriteSilence(std::int64_t samples) {
+        const bool unsignedSamples = source_.Sound()->codecpar->codec_id == AV_CODEC_ID_PCM_U8;
+        constexpr int kMiddle = 128;
+        while (samples > 0) {
+            const std::int64_t count = std::min<std::int64_t>(samples, sound_rate_);
+            const auto silence = NewPacket();
+            Checked(av_new_packet(silence.get(), static_cast<int>(count * block_)), "silence");
+            std::memset(silence->data, unsignedSamples ? kMiddle : 0,
+                        static_cast<std::size_t>(silence->size));
+            WriteSound(*silence, next_sound_, count);
+            samples -= count;
+        }
     }
 
     void WriteSound(AVPacket& packet, std::int64_t place, std::int64_t samples) {
         packet.pts = packet.dts = place;
         packet.duration = samples;
+        next_sound_ = place + samples;
         container_.Write(packet, sound_);
     }
 
@@ -195,22 +216,24 @@ private:
     int sound_ = 0;
     int sound_rate_ = 0;
     int block_ = 0;  // bytes of one PCM sample in all channels; 0 for compressed sound
-    std::int64_t next_sound_ = 0;
+    std::int64_t next_sound_ = 0;  // samples, the end of what was written
     std::int64_t frames_ = 0;
     bool picture_ended_ = false;
     bool sound_ended_ = false;
     bool ended_ = false;
 };
 
-// The last key frame at or before `time` of those that come from here on.
+// The last key frame at or before `time` of those that come from here on; from the clip's start, at
+// least the first one.
 std::optional<double> LastKeyUpTo(Source& source, double time) {
     std::optional<double> key;
     const auto packet = NewPacket();
     while (source.Read(*packet)) {
         if (packet->stream_index != source.Video()->index || !HasTime(*packet)) continue;
         const double place = TimeOf(source, *packet);
-        if (place > time + kSameTime) break;
-        if ((packet->flags & AV_PKT_FLAG_KEY) != 0) key = place;
+        const bool isKey = (packet->flags & AV_PKT_FLAG_KEY) != 0;
+        if (place > time + kSameTime && (key || !source.AtStart())) break;
+        if (isKey) key = place;
     }
     return key;
 }
@@ -228,7 +251,7 @@ bool FitsCopy(const CutJob& job, const Source& source) {
         av_stream_get_side_data(video, AV_PKT_DATA_DISPLAYMATRIX, nullptr) != nullptr;
     const AVStream* const sound = source.Sound();
     return FitsPicture(picture.codec_id) && picture.video_delay == 0 && !turned &&
-           (sound == nullptr || FitsSound(sound->codecpar->codec_id));
+           (sound == nullptr || FitsSound(*sound, source, job.begin));
 }
 
 std::optional<double> KeyFrameBefore(Source& source, double time) {

@@ -16,7 +16,7 @@ constexpr std::int32_t kAll = 100;  // percent
 constexpr std::int32_t kWholeWay = 1000;
 
 bool IsTime(double seconds) {
-    return std::isfinite(seconds) && seconds >= 0;
+    return seconds >= 0 && seconds <= kMostSeconds;
 }
 
 bool NeedsRange(const CutJob& job) {
@@ -47,7 +47,7 @@ void CheckFiles(const CutJob& job) {
     if (job.source.empty()) throw CutError("There is no clip to cut a fragment out of.");
     if (job.output.empty()) throw CutError("There is no name for the fragment.");
     std::error_code ignored;
-    if (std::filesystem::equivalent(job.source, job.output, ignored)) {
+    if (job.source == job.output || std::filesystem::equivalent(job.source, job.output, ignored)) {
         throw CutError("The fragment cannot be written over the clip that it is cut out of.");
     }
 }

@@ -55,6 +55,9 @@ struct CutReport {
 // "1:02:03.5" of seconds, with thousandths at most.
 std::string ClockText(double seconds);
 
+// Times behind it, a little more than a hundred years, are slips of the pen. Seconds.
+inline constexpr double kMostSeconds = 4e9;
+
 // What can be seen from the values alone. Throws CutError.
 void CheckValues(const CutJob& job);
 

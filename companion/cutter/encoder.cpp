@@ -34,6 +34,8 @@ constexpr int kHalfRatesFrom = 16000;
 constexpr double kKeyFrameEvery = 1;
 // PCM is handed on by tenths of a second.
 constexpr int kChunksASecond = 10;
+// Its headers have room for no more pixels.
+constexpr int kLongestMpeg4Side = 8191;
 // FFV1 since then checks its data and decodes on several processors.
 constexpr int kFfv1Version = 3;
 
@@ -90,8 +92,12 @@ AVPixelFormat PixelFormatFor(VideoFormat format, AVPixelFormat source) {
                                              nullptr);
 }
 
-Libav<AVCodecContext> OpenVideoEncoder(VideoFormat format, Quality quality, const VideoShape& shape,
-                                       bool globalHeader) {
+Libav<AVCodecContext> OpenVideoEncoder(VideoFormat format, Quality quality,
+                                       const VideoShape& shape) {
+    const bool mpeg4 = format == VideoFormat::PlaysEverywhere || format == VideoFormat::Smaller;
+    if (mpeg4 && std::max(shape.width, shape.height) > kLongestMpeg4Side) {
+        throw CutError("The picture is too large for MPEG-4. Motion JPEG or lossless will do.");
+    }
     const VideoCodec chosen = CodecOf(format);
     const AVCodec& codec = EncoderOf(chosen.id);
     auto context = Owned(avcodec_alloc_context3(&codec));
@@ -106,7 +112,6 @@ Libav<AVCodecContext> OpenVideoEncoder(VideoFormat format, Quality quality, cons
     context->time_base = av_inv_q(shape.rate);
     context->thread_count = 0;
     SetQuality(*context, format, quality);
-    if (globalHeader) context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     Checked(avcodec_open2(context.get(), &codec, nullptr), "video encoder");
     return context;
 }

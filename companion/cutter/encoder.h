@@ -22,9 +22,9 @@ struct VideoShape {
 // What a video format takes of frames in `source` form; of Copy there is none.
 AVPixelFormat PixelFormatFor(VideoFormat format, AVPixelFormat source);
 
-// Opened encoders. `globalHeader` is what the container asks for.
-Libav<AVCodecContext> OpenVideoEncoder(VideoFormat format, Quality quality, const VideoShape& shape,
-                                       bool globalHeader);
+// An opened encoder. Throws CutError for a picture that is too large for it.
+Libav<AVCodecContext> OpenVideoEncoder(VideoFormat format, Quality quality,
+                                       const VideoShape& shape);
 
 // The nearest rate at which MP3 exists, hertz.
 int NearestMp3Rate(int rate);

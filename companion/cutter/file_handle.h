@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <system_error>
+#include <vector>
 
 namespace nqp::companion {
 
@@ -43,11 +44,20 @@ private:
     std::intptr_t handle_ = kNone;
 };
 
+enum class PathKind { Nothing, File, Folder };
+PathKind KindOf(const std::filesystem::path& path);
+void RemoveFile(const std::filesystem::path& path);
+// Their names, without the folder.
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
+// No error when a file of that name can give way to another one, or there is none.
+std::error_code CanGiveWay(const std::filesystem::path& path);
+
 // Of this process, and whether there is one of that number.
 std::uint32_t ProcessNumber();
 bool IsRunning(std::uint32_t process);
 
-// In one step, also when there is a file of the new name.
+// In one step, also when there is a file of the new name. A file that another program, one that
+// looks for viruses say, holds for a moment is waited for.
 std::error_code MoveOver(const std::filesystem::path& file, const std::filesystem::path& newName);
 
 // The disk has no room for more.

@@ -76,6 +76,32 @@ std::optional<std::int64_t> FileHandle::Size() const {
     return facts.st_size;
 }
 
+PathKind KindOf(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);
+    if (!std::filesystem::exists(status)) return PathKind::Nothing;
+    return std::filesystem::is_directory(status) ? PathKind::Folder : PathKind::File;
+}
+
+void RemoveFile(const std::filesystem::path& path) {
+    unlink(path.c_str());
+}
+
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::vector<std::filesystem::path> names;
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+         it.increment(error)) {
+        names.push_back(it->path().filename());
+    }
+    return names;
+}
+
+// The folder alone decides.
+std::error_code CanGiveWay(const std::filesystem::path&) {
+    return {};
+}
+
 std::uint32_t ProcessNumber() {
     return static_cast<std::uint32_t>(getpid());
 }

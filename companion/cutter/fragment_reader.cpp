@@ -17,8 +17,8 @@ constexpr double kFarthestForSound = 2;
 // A picture that begins by so much later than the sound is waited for; before that there is
 // nothing to see, seconds.
 constexpr double kLongestBlind = 0.5;
-// Streams lie beside each other in a file; what lies so much later belongs to no fragment before.
-constexpr double kFarBehind = 10;
+// Streams lie beside each other in a file, but for so many seconds.
+constexpr double kApart = 10;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ FragmentReader::FragmentReader(Source& source, const AVStream* video, const AVSt
                                FragmentRange range)
     : source_(source),
       range_(range),
-      frame_seconds_(video != nullptr ? 1 / av_q2d(source.FrameRate()) : 0),
+      frame_seconds_(range.frameSeconds),
       video_(OpenDecoder(video)),
       sound_(OpenDecoder(sound)) {
     source_.Use(video, sound);
@@ -59,7 +59,7 @@ void FragmentReader::Run(FragmentSink& sink) {
         const double before = range_.begin - back;
         accept_late_sound_ = back > kFarthestForSound;
         if (before <= 0) break;
-        if (ReadFrom(before, sink) == Attempt::Done) return;
+        if (ReadFrom(before, sink) != Attempt::TooLate) return;
     }
     ReadFrom(0, sink);
 }
@@ -73,26 +73,45 @@ void FragmentReader::Reset() {
     }
     shown_.reset();
     early_sound_.clear();
-    key_seen_ = begun_ = too_late_ = false;
+    key_seen_ = begun_ = too_late_ = stays_ = false;
+    damaged_ = pieces_ = 0;
 }
 
 FragmentReader::Attempt FragmentReader::ReadFrom(double before, FragmentSink& sink) {
     Reset();
     if (before > 0) {
         source_.SeekBefore(before);
-    } else if (!source_.AtStart()) {
+    } else {
         source_.Rewind();
     }
     while (WantsMore() && source_.Read(*packet_)) {
-        if (FarBehind(*packet_)) break;
         for (Decoder* const decoder : {&video_, &sound_}) {
             if (decoder->wanted && packet_->stream_index == decoder->stream->index) {
-                Decode(*decoder, packet_.get(), sink);
+                Feed(*decoder, sink);
             }
         }
     }
     if (!too_late_) Drain(sink);
-    return begun_ ? Attempt::Done : Attempt::TooLate;
+    if (begun_) return Attempt::Done;
+    // From further back it would come to the same.
+    return key_seen_ && !too_late_ ? Attempt::Nothing : Attempt::TooLate;
+}
+
+// A stream whose data lies far behind the end is not read on.
+void FragmentReader::Feed(Decoder& decoder, FragmentSink& sink) {
+    if (!FarBehind(*packet_)) return Decode(decoder, packet_.get(), sink);
+    Decode(decoder, nullptr, sink);
+    decoder.wanted = false;
+    stays_ = stays_ || &decoder == &video_;
+    if (stays_ && begun_) sink.PictureStays();
+}
+
+void FragmentReader::Count(const Decoder& decoder, const AVPacket& packet, bool damaged) {
+    if (&decoder != &Main() || packet.pts == AV_NOPTS_VALUE) return;
+    const double time = source_.TimeOf(packet.pts, *decoder.stream);
+    if (time < range_.begin || time >= range_.end) return;
+    ++pieces_;
+    if (damaged) ++damaged_;
 }
 
 bool FragmentReader::WantsMore() const {
@@ -103,20 +122,15 @@ bool FragmentReader::WantsMore() const {
 bool FragmentReader::FarBehind(const AVPacket& packet) const {
     if (packet.dts == AV_NOPTS_VALUE) return false;
     const AVStream& stream = *source_.Format().streams[packet.stream_index];
-    return source_.TimeOf(packet.dts, stream) > range_.end + kFarBehind;
+    return source_.TimeOf(packet.dts, stream) > range_.end + kApart;
 }
 
 void FragmentReader::Decode(Decoder& decoder, const AVPacket* packet, FragmentSink& sink) {
     const int sent = avcodec_send_packet(decoder.context.get(), packet);
-    if (sent < 0 && sent != AVERROR_EOF) ++damaged_;
+    if (packet != nullptr) Count(decoder, *packet, sent < 0);
     while (decoder.wanted && !too_late_) {
         const int received = avcodec_receive_frame(decoder.context.get(), decoded_.get());
-        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF) return;
-        if (received < 0) {
-            ++damaged_;
-            return;
-        }
-        if ((decoded_->flags & AV_FRAME_FLAG_CORRUPT) != 0) ++damaged_;
+        if (received < 0) return;
         Take(decoder, sink);
     }
 }
@@ -127,6 +141,10 @@ void FragmentReader::Take(Decoder& decoder, FragmentSink& sink) {
     decoder.next = taken.time + taken.seconds;
     av_frame_move_ref(taken.frame.get(), decoded_.get());
     if (&decoder == &video_) {
+        // Containers may know better than codecs.
+        AVStream* const stream = source_.Video();
+        taken.frame->sample_aspect_ratio =
+            av_guess_sample_aspect_ratio(&source_.Format(), stream, taken.frame.get());
         TakeFrame(std::move(taken), sink);
     } else {
         TakeSound(std::move(taken), sink);
@@ -179,7 +197,10 @@ void FragmentReader::BeginWith(const TimedFrame* shown, const TimedFrame& next,
     too_late_ = (shown == nullptr && !source_.AtStart()) || SoundMissing(begin);
     if (too_late_) return;
     Begin(begin, first.frame.get(), sink);
-    if (shown != nullptr) video_.wanted = sink.TakeFrame(*shown->frame, begin, shown->seconds);
+    if (stays_) sink.PictureStays();
+    if (shown == nullptr) return;
+    const bool more = sink.TakeFrame(*shown->frame, begin, shown->time + shown->seconds - begin);
+    video_.wanted = video_.wanted && more;
 }
 
 bool FragmentReader::SoundMissing(double begin) const {
@@ -205,10 +226,18 @@ void FragmentReader::TakeSound(TimedFrame taken, FragmentSink& sink) {
     }
     if (taken.time + taken.seconds < range_.begin - std::max(frame_seconds_, kSameTime)) return;
     early_sound_.push_back(std::move(taken));
-    if (video_) return;
+    if (video_) return BeginWithoutNext(sink);
     const bool missing = SoundMissing(range_.begin);
     too_late_ = missing;
     if (!missing) Begin(range_.begin, nullptr, sink);
+}
+
+// A picture that stays, with sound: the next frame is not waited for.
+void FragmentReader::BeginWithoutNext(FragmentSink& sink) {
+    const bool waited = early_sound_.back().time > range_.begin + kApart;
+    if (!waited || !shown_) return;
+    const TimedFrame first = *std::exchange(shown_, std::nullopt);
+    BeginWith(&first, first, sink);
 }
 
 // At the end of the clip the decoders give out what they hold.
@@ -219,7 +248,8 @@ void FragmentReader::Drain(FragmentSink& sink) {
     if (begun_ || !shown_) return;
     const TimedFrame last = *std::exchange(shown_, std::nullopt);
     const bool reached = last.time + last.seconds > range_.begin + kSameTime;
-    if (reached || range_.lastIsShown) BeginWith(&last, last, sink);
+    const bool stays = stays_ || range_.lastIsShown || !early_sound_.empty();
+    if (reached || stays) BeginWith(&last, last, sink);
 }
 
 }  // namespace nqp::companion

@@ -24,6 +24,9 @@ public:
     virtual bool TakeFrame(const AVFrame& frame, double time, double seconds) = 0;
     // False when no more sound is wanted.
     virtual bool TakeSound(const AVFrame& frame, double time) = 0;
+    // The next frame lies behind the end of the fragment, far from it: the last one stays till
+    // then.
+    virtual void PictureStays() {}
 
 protected:
     ~FragmentSink() = default;
@@ -32,6 +35,7 @@ protected:
 struct FragmentRange {
     double begin = 0;  // seconds
     double end = 0;
+    double frameSeconds = 0;   // of a frame that does not tell how long it is shown
     bool lastIsShown = false;  // behind the clip's end its last frame is
 };
 
@@ -46,8 +50,10 @@ public:
     // Throws CutError when there is nothing to decode there, and Interrupted.
     void Run(FragmentSink& sink);
 
-    // Pieces that could not be decoded.
+    // Pieces of the fragment that could not be decoded, of all that it has; of the picture, where
+    // there is one.
     std::int64_t Damaged() const { return damaged_; }
+    std::int64_t Pieces() const { return pieces_; }
 
 private:
     struct TimedFrame {
@@ -63,7 +69,7 @@ private:
 
         explicit operator bool() const { return context != nullptr; }
     };
-    enum class Attempt { Done, TooLate };
+    enum class Attempt { Done, Nothing, TooLate };
 
     Decoder OpenDecoder(const AVStream* stream) const;
     void Reset();
@@ -78,9 +84,13 @@ private:
     bool ReachesKey(const AVFrame& frame);
     void BeginWith(const TimedFrame* shown, const TimedFrame& next, FragmentSink& sink);
     void Begin(double time, const AVFrame* first, FragmentSink& sink);
+    void BeginWithoutNext(FragmentSink& sink);
     bool SoundMissing(double begin) const;
     void Drain(FragmentSink& sink);
     bool FarBehind(const AVPacket& packet) const;
+    void Feed(Decoder& decoder, FragmentSink& sink);
+    void Count(const Decoder& decoder, const AVPacket& packet, bool damaged);
+    const Decoder& Main() const { return video_ ? video_ : sound_; }
 
     Source& source_;
     FragmentRange range_;
@@ -95,7 +105,9 @@ private:
     bool begun_ = false;
     bool too_late_ = false;
     bool accept_late_sound_ = false;
+    bool stays_ = false;  // the picture, till the end
     std::int64_t damaged_ = 0;
+    std::int64_t pieces_ = 0;
 };
 
 }  // namespace nqp::companion

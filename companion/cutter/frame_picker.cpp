@@ -7,8 +7,8 @@ namespace nqp::companion {
 namespace {
 
 constexpr std::int64_t kAll = 100;  // percent
-// A place that begins this close before the end is not shown; of one place.
-constexpr double kTooLittle = 0.02;
+// A place that begins this close before the end is not shown; seconds, as containers round them.
+constexpr double kTooLittle = 0.0005;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ std::int64_t FramePicker::Next(double time) {
 }
 
 std::int64_t FramePicker::Finish(double end) {
-    const auto places = static_cast<std::int64_t>(std::ceil((end - origin_) * rate_ - kTooLittle));
+    const auto places = static_cast<std::int64_t>(std::ceil((end - origin_ - kTooLittle) * rate_));
     return AdvanceTo(std::max<std::int64_t>(places, written_ == 0 ? place_ + 1 : 0));
 }
 

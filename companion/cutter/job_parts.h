@@ -15,10 +15,9 @@ public:
     Meter(CutWatch& watch, double seconds) : watch_(watch), seconds_(seconds) {}
 
     void Reached(double seconds) {
-        constexpr int kMost = 99;
         const int percent = static_cast<int>(std::clamp(seconds / seconds_ * 100, 0.0, 99.0));
         if (percent <= percent_) return;
-        percent_ = std::min(percent, kMost);
+        percent_ = percent;
         watch_.Progress(percent_);
     }
 

@@ -29,9 +29,9 @@ int Even(double side) {
 }
 
 AVColorSpace ColoursOf(const AVFrame& frame) {
-    if (frame.colorspace != AVCOL_SPC_UNSPECIFIED && frame.colorspace != AVCOL_SPC_RESERVED) {
-        return frame.colorspace;
-    }
+    const bool told = frame.colorspace != AVCOL_SPC_UNSPECIFIED &&
+                      frame.colorspace != AVCOL_SPC_RESERVED && frame.colorspace != AVCOL_SPC_RGB;
+    if (told) return frame.colorspace;
     return frame.height >= kHighDefinition ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
 }
 
@@ -216,7 +216,10 @@ void PictureChain::Finish() {
 }
 
 void PictureChain::TakeAll() {
-    while (av_buffersink_get_frame(out_, filtered_.get()) >= 0) {
+    for (;;) {
+        const int result = av_buffersink_get_frame(out_, filtered_.get());
+        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
+        Checked(result, "filters");
         taker_(*filtered_);
         av_frame_unref(filtered_.get());
     }

@@ -11,6 +11,12 @@ namespace {
 // The times of sound jitter by some milliseconds in many containers; what differs by more is a gap
 // or an overlap. Seconds.
 constexpr double kGap = 0.03;
+// So does what differs by the same for several frames, if by less.
+constexpr double kSmallGap = 0.008;
+constexpr std::size_t kSeveral = 4;
+// What differs by less still is a clock that goes wrong, and is stretched to the right place within
+// one second.
+constexpr double kDrift = 0.0025;
 constexpr int kMostSilenceAtOnce = 48000;
 
 void SetLayout(AVChannelLayout& layout, int channels) {
@@ -35,15 +41,32 @@ bool SoundTrack::Add(const AVFrame& frame, double time) {
         Flush();
         Open(frame);
         Align(time);
-    } else if (std::abs(time - expected_) > kGap) {
-        Flush();
-        Checked(swr_init(converter_.get()), "sound converter");
-        Align(time);
+    } else {
+        Follow(time);
     }
     Convert(&frame);
     expected_ += static_cast<double>(frame.nb_samples) / frame.sample_rate;
     HandOn(false);
     return Filled() < total_;
+}
+
+void SoundTrack::Follow(double time) {
+    const double late = time - expected_;
+    late_.push_back(late);
+    if (late_.size() > kSeveral) late_.pop_front();
+    const auto [least, most] = std::ranges::minmax(late_);
+    const bool steady = late_.size() == kSeveral && most - least < kDrift;
+    const double common = steady ? (least + most) / 2 : 0;
+    if (std::abs(late) > kGap || std::abs(common) > kSmallGap) {
+        Flush();
+        Checked(swr_init(converter_.get()), "sound converter");
+        Align(time);
+    } else if (std::abs(common) > kDrift) {
+        const auto samples = static_cast<int>(std::lround(common * form_.rate));
+        swr_set_compensation(converter_.get(), samples, form_.rate);
+        expected_ += common;
+        late_.clear();
+    }
 }
 
 bool SoundTrack::Fits(const AVFrame& frame) const {
@@ -76,6 +99,7 @@ void SoundTrack::Open(const AVFrame& frame) {
 // The next converted sample is that of `time`.
 void SoundTrack::Align(double time) {
     expected_ = time;
+    late_.clear();
     const std::int64_t place = std::llround((time - origin_) * form_.rate);
     const std::int64_t missing = place - Filled();
     to_skip_ = std::max<std::int64_t>(0, -missing);

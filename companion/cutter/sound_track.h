@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 
@@ -36,7 +37,6 @@ public:
 
     // Samples that came so far, from the begin on.
     std::int64_t Filled() const;
-    double Rate() const { return form_.rate; }
     // Something of the source is in it.
     bool HasSound() const { return has_sound_; }
 
@@ -45,6 +45,7 @@ private:
     void Convert(const AVFrame* frame);
     void Flush();
     void Open(const AVFrame& frame);
+    void Follow(double time);
     void Align(double time);
     void AddSilence(std::int64_t samples);
     void Append(AVFrame& converted);
@@ -59,7 +60,8 @@ private:
     int source_rate_ = 0;
     int source_channels_ = 0;
     double origin_ = 0;
-    double expected_ = 0;  // time of the next source sample
+    double expected_ = 0;      // time of the next source sample
+    std::deque<double> late_;  // by how much the last frames came later than expected, seconds
     std::int64_t total_ = 0;
     std::int64_t handed_on_ = 0;
     std::int64_t to_skip_ = 0;  // converted samples that lie before the begin

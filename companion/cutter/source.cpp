@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "base/file.h"
+#include "cutter/frame_rate.h"
 
 namespace nqp::companion {
 namespace {
 
 constexpr int kBufferBytes = 1 << 16;
-// No real clip shows more, but the clocks of some containers are this fine.
-constexpr double kMostFramesASecond = 240;
-constexpr AVRational kUsualFrameRate{25, 1};
+// So many frames tell the rate of a clip.
+constexpr std::size_t kEnoughFrames = 250;
 constexpr AVRational kLibraryTime{1, AV_TIME_BASE};
 // After so many pieces in a row that cannot be read the rest is given up.
 constexpr int kMostFailures = 1000;
@@ -21,17 +23,14 @@ bool IsPicture(const AVStream& stream) {
     return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
 }
 
-bool IsPlausible(AVRational rate) {
-    return rate.num > 0 && rate.den > 0 && av_q2d(rate) <= kMostFramesASecond;
-}
-
 }  // namespace
 
 Source::Source(const std::filesystem::path& path, CutWatch& watch)
     : watch_(watch), name_(base::Utf8FromPath(path)) {
+    const PathKind kind = KindOf(path);
+    if (kind == PathKind::Nothing) throw CutError("There is no file " + name_ + ".");
+    if (kind == PathKind::Folder) throw CutError(name_ + " is a folder.");
     std::error_code error;
-    if (!std::filesystem::exists(path, error)) throw CutError("There is no file " + name_ + ".");
-    if (std::filesystem::is_directory(path, error)) throw CutError(name_ + " is a folder.");
     file_ = FileHandle::OpenToRead(path, error);
     if (!file_.IsOpen()) {
         throw CutError(name_ + " cannot be read: " + error.message() + ".");
@@ -105,11 +104,28 @@ std::optional<double> Source::Duration() const {
     return static_cast<double>(format_->duration) / AV_TIME_BASE;
 }
 
-AVRational Source::FrameRate() const {
-    const AVRational guessed = av_guess_frame_rate(format_.get(), video_, nullptr);
-    if (IsPlausible(guessed)) return guessed;
-    if (IsPlausible(video_->avg_frame_rate)) return video_->avg_frame_rate;
-    return kUsualFrameRate;
+AVRational Source::ToldFrameRate() const {
+    const AVRational told = av_guess_frame_rate(format_.get(), video_, nullptr);
+    const auto chosen = ChooseFrameRate({told.num, told.den}, {});
+    return {chosen.num, chosen.den};
+}
+
+AVRational Source::FrameRateFrom(double time) {
+    Use(video_, nullptr);
+    if (time > 0) {
+        SeekBefore(time);
+    } else {
+        Rewind();
+    }
+    std::vector<double> times;
+    const auto packet = NewPacket();
+    while (times.size() < kEnoughFrames && Read(*packet)) {
+        if (packet->pts != AV_NOPTS_VALUE) times.push_back(TimeOf(packet->pts, *video_));
+    }
+    Use(video_, sound_);
+    const AVRational told = av_guess_frame_rate(format_.get(), video_, nullptr);
+    const auto chosen = ChooseFrameRate({told.num, told.den}, std::move(times));
+    return {chosen.num, chosen.den};
 }
 
 double Source::TimeOf(std::int64_t timestamp, const AVStream& stream) const {
@@ -123,18 +139,14 @@ double Source::BeginOf(const AVStream& stream) const {
 
 bool Source::Read(AVPacket& packet) {
     for (int failures = 0; failures < kMostFailures; ++failures) {
-        if (ReadNext(packet)) return true;
-        if (avio_feof(io_.get()) != 0) return false;
+        av_packet_unref(&packet);
+        const int result = av_read_frame(format_.get(), &packet);
+        ThrowIfCancelled();
+        ThrowIfBroken();
+        if (result >= 0) return true;
+        if (result == AVERROR_EOF || avio_feof(io_.get()) != 0) return false;
     }
     return false;
-}
-
-bool Source::ReadNext(AVPacket& packet) {
-    av_packet_unref(&packet);
-    const int result = av_read_frame(format_.get(), &packet);
-    ThrowIfCancelled();
-    ThrowIfBroken();
-    return result >= 0;
 }
 
 void Source::SeekBefore(double time) {

@@ -31,8 +31,11 @@ public:
 
     // Nothing when the file does not tell.
     std::optional<double> Duration() const;
-    // Frames a second; of a stream whose frames come at no fixed rate, the rate that misses none.
-    AVRational FrameRate() const;
+    // Frames a second from `time` on, such that no frame is missed. Goes to another place of the
+    // clip.
+    AVRational FrameRateFrom(double time);
+    // As the container tells it, be it only about.
+    AVRational ToldFrameRate() const;
     double TimeOf(std::int64_t timestamp, const AVStream& stream) const;
     // Where a stream's first data lies.
     double BeginOf(const AVStream& stream) const;
@@ -61,7 +64,6 @@ private:
     void FindStreams();
     void FindBeginning();
     void ThrowIfBroken() const;
-    bool ReadNext(AVPacket& packet);
 
     CutWatch& watch_;
     std::string name_;  // for sentences

@@ -36,7 +36,10 @@ CutReport GrabStill(const CutJob& job, Source& source, TemporaryOutput& output) 
     const AVStream* const video = source.Video();
     if (video == nullptr) throw CutError(source.Name() + " has no picture.");
     FragmentReader reader(source, video, nullptr,
-                          {.begin = job.begin, .end = job.begin, .lastIsShown = true});
+                          {.begin = job.begin,
+                           .end = job.begin,
+                           .frameSeconds = 1 / av_q2d(source.ToldFrameRate()),
+                           .lastIsShown = true});
     StillCut cut(*video);
     reader.Run(cut);
     if (cut.File().empty()) {

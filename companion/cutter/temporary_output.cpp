@@ -18,7 +18,6 @@ std::filesystem::path FolderOf(const std::filesystem::path& target) {
     return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
 }
 
-// Short, so that it fits wherever the target fits.
 std::filesystem::path NameOf(int number) {
     return std::to_string(ProcessNumber()) + "-" + std::to_string(number) + kEnding;
 }
@@ -35,32 +34,36 @@ bool IsLeftover(const std::filesystem::path& path) {
 }
 
 void RemoveLeftovers(const std::filesystem::path& folder) {
-    std::error_code error;
-    std::vector<std::filesystem::path> leftovers;
-    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
-         it.increment(error)) {
-        if (IsLeftover(it->path())) leftovers.push_back(it->path());
+    for (const auto& name : FilesIn(folder)) {
+        if (IsLeftover(name)) RemoveFile(folder / name);
     }
-    for (const auto& path : leftovers)
-        std::filesystem::remove(path, error);
+}
+
+// Without what a sentence of the system ends with.
+std::string Reason(const std::error_code& error) {
+    std::string text = error.message();
+    text.erase(text.find_last_not_of(". \r\n") + 1);
+    return text;
 }
 
 std::string Sentence(const std::filesystem::path& target, const std::error_code& error) {
     const std::string path = base::Utf8FromPath(target);
     if (IsDiskFull(error)) return "There is no room left on the disk to write " + path + ".";
-    return path + " cannot be written: " + error.message() + ".";
+    return path + " cannot be written: " + Reason(error) + ".";
 }
 
 }  // namespace
 
 TemporaryOutput::TemporaryOutput(const std::filesystem::path& target) : target_(target) {
     const std::filesystem::path folder = FolderOf(target);
-    if (!std::filesystem::is_directory(folder, failure_)) {
+    if (KindOf(folder) != PathKind::Folder) {
         throw CutError("There is no folder " + base::Utf8FromPath(folder) + ".");
     }
-    if (std::filesystem::is_directory(target, failure_)) {
+    if (KindOf(target) == PathKind::Folder) {
         throw CutError(base::Utf8FromPath(target) + " is a folder.");
     }
+    failure_ = CanGiveWay(target);
+    ThrowIfFailed();
     RemoveLeftovers(folder);
     for (int number = 1; number <= kMostNames; ++number) {
         path_ = folder / NameOf(number);
@@ -74,8 +77,7 @@ TemporaryOutput::TemporaryOutput(const std::filesystem::path& target) : target_(
 TemporaryOutput::~TemporaryOutput() {
     if (!file_.IsOpen()) return;
     file_.Close();
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
+    RemoveFile(path_);
 }
 
 bool TemporaryOutput::Write(std::span<const std::uint8_t> bytes) {
@@ -93,11 +95,12 @@ void TemporaryOutput::ThrowIfFailed() const {
 
 void TemporaryOutput::PutInPlace() {
     ThrowIfFailed();
+    // An old file goes only when the new one is on the disk.
+    const bool safe = KindOf(target_) == PathKind::Nothing || file_.Flush();
     file_.Close();
-    failure_ = MoveOver(path_, target_);
+    failure_ = safe ? MoveOver(path_, target_) : std::make_error_code(std::errc::io_error);
     if (!failure_) return;
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
+    RemoveFile(path_);
     ThrowIfFailed();
 }
 

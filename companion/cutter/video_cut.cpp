@@ -19,6 +19,8 @@ constexpr int kPlainSoundBits = 16;
 constexpr int kLargestRatePart = 65535;
 // Sound that outlasts the picture by less goes with it; by more, the last frame stays, seconds.
 constexpr double kLooseEnd = 0.5;
+// When no frame comes for so long, the last one stays for now, seconds.
+constexpr double kPictureStays = 10;
 
 AVRational RateOf(const CutJob& job, AVRational source) {
     AVRational rate{};
@@ -52,11 +54,12 @@ SoundWriter::Form SoundFormOf(const CutJob& job, const AVCodecParameters& source
 
 class VideoCut final : public FragmentSink {
 public:
-    VideoCut(const CutJob& job, Source& source, TemporaryOutput& output, bool withSound)
+    VideoCut(const CutJob& job, Source& source, TemporaryOutput& output, AVRational grid,
+             bool withSound)
         : job_(job),
           source_(source),
           meter_(source.Watch(), job.end - job.begin),
-          grid_(source.FrameRate()),
+          grid_(grid),
           rate_(RateOf(job, grid_)),
           picker_(av_q2d(grid_), job.percentage),
           container_("avi", output),
@@ -65,19 +68,21 @@ public:
     void Begin(double time, const AVFrame* first) override;
     bool TakeFrame(const AVFrame& frame, double time, double seconds) override;
     bool TakeSound(const AVFrame& frame, double time) override {
+        if (held_ && time > latest_ + kPictureStays) Repeat(time - kPictureStays / 2);
         return sound_ && sound_->Add(frame, time);
     }
+    void PictureStays() override { ended_ = true; }
     void Finish();
 
     bool HasPicture() const { return held_ != nullptr; }
     CutReport Report() const { return {.frames = encoded_, .seconds = Length(), .damaged = 0}; }
     std::int64_t Taken() const { return taken_; }
-    std::int64_t Places() const { return picker_.Places(); }
 
 private:
     PictureForm FormOf(const AVFrame& first) const;
     void OpenVideo(const AVFrame& first);
     void Write(std::int64_t times);
+    void Repeat(double until);
     void TakePicture(AVFrame& frame);
     double Length() const { return static_cast<double>(picker_.Places()) / av_q2d(grid_); }
     double End() const;
@@ -97,6 +102,7 @@ private:
     double begin_ = 0;
     Libav<AVFrame> held_;
     double held_end_ = 0;
+    double latest_ = 0;   // time that frames were written for
     bool ended_ = false;  // by a frame behind the end
     std::int64_t taken_ = 0;
     std::int64_t encoded_ = 0;
@@ -125,8 +131,7 @@ void VideoCut::OpenVideo(const AVFrame& first) {
                           .rate = rate_,
                           .format = form.format,
                           .colours = form.jpegColours ? AVCOL_SPC_BT470BG : first.colorspace,
-                          .range = form.jpegColours ? AVCOL_RANGE_JPEG : AVCOL_RANGE_UNSPECIFIED},
-                         container_.WantsGlobalHeader());
+                          .range = form.jpegColours ? AVCOL_RANGE_JPEG : AVCOL_RANGE_UNSPECIFIED});
     stream_ = container_.Add(*encoder_);
 }
 
@@ -147,6 +152,7 @@ bool VideoCut::TakeFrame(const AVFrame& frame, double time, double seconds) {
     if (held_) Write(picker_.Next(time));
     held_ = Clone(frame);
     held_end_ = time + seconds;
+    latest_ = time;
     ++taken_;
     meter_.Reached(time - begin_);
     return true;
@@ -157,6 +163,13 @@ void VideoCut::Write(std::int64_t times) {
         source_.ThrowIfCancelled();
         chain_->Add(*held_);
     }
+}
+
+// A picture that stays goes with the sound, so that neither is far ahead in the file.
+void VideoCut::Repeat(double until) {
+    Write(picker_.Next(until));
+    latest_ = until;
+    meter_.Reached(until - begin_);
 }
 
 // The encoder decides anew which frames are key frames.
@@ -188,17 +201,19 @@ CutReport CutVideo(const CutJob& job, Source& source, TemporaryOutput& output) {
     const AVStream* const video = source.Video();
     if (video == nullptr) throw CutError(source.Name() + " has no picture.");
     const AVStream* const sound = HasPlainSound(source.Sound()) ? source.Sound() : nullptr;
-    FragmentReader reader(source, video, sound, {job.begin, job.end});
-    VideoCut cut(job, source, output, sound != nullptr);
+    const AVRational rate = source.FrameRateFrom(job.begin);
+    FragmentReader reader(source, video, sound,
+                          {.begin = job.begin, .end = job.end, .frameSeconds = 1 / av_q2d(rate)});
+    VideoCut cut(job, source, output, rate, sound != nullptr);
     reader.Run(cut);
     if (!cut.HasPicture()) {
         throw CutError("There is no picture between " + ClockText(job.begin) + " and " +
                        ClockText(job.end) + " in " + source.Name() + ".");
     }
     cut.Finish();
-    if (reader.Damaged() > 0 && cut.Taken() * 2 < cut.Places()) {
+    if (reader.Damaged() > 0 && cut.Taken() * 2 < reader.Pieces()) {
         throw CutError(source.Name() + " is damaged in this part: only " +
-                       std::to_string(cut.Taken()) + " of " + std::to_string(cut.Places()) +
+                       std::to_string(cut.Taken()) + " of " + std::to_string(reader.Pieces()) +
                        " frames could be read.");
     }
     CutReport report = cut.Report();

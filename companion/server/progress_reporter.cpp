@@ -106,8 +106,11 @@ private:
     }
 
     void Write(const std::string& text) {
-        if (statusFile_.empty() || std::exchange(written_, text) == text) return;
-        std::ofstream(statusFile_, std::ios::binary | std::ios::trunc) << text;
+        if (statusFile_.empty() || written_ == text) return;
+        std::ofstream file(statusFile_, std::ios::binary | std::ios::trunc);
+        file << text;
+        file.close();
+        if (file) written_ = text;
     }
 
     const WizardFinder find_;
