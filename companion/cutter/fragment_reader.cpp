@@ -69,6 +69,7 @@ void FragmentReader::Reset() {
         if (!*decoder) continue;
         avcodec_flush_buffers(decoder->context.get());
         decoder->wanted = true;
+        decoder->over = false;
         decoder->next = 0;
     }
     shown_.reset();
@@ -85,8 +86,9 @@ FragmentReader::Attempt FragmentReader::ReadFrom(double before, FragmentSink& si
         source_.Rewind();
     }
     while (WantsMore() && source_.Read(*packet_)) {
+        EndPictureBefore(*packet_, sink);
         for (Decoder* const decoder : {&video_, &sound_}) {
-            if (decoder->wanted && packet_->stream_index == decoder->stream->index) {
+            if (Reads(*decoder) && packet_->stream_index == decoder->stream->index) {
                 Feed(*decoder, sink);
             }
         }
@@ -101,9 +103,22 @@ FragmentReader::Attempt FragmentReader::ReadFrom(double before, FragmentSink& si
 void FragmentReader::Feed(Decoder& decoder, FragmentSink& sink) {
     if (!FarBehind(*packet_)) return Decode(decoder, packet_.get(), sink);
     Decode(decoder, nullptr, sink);
-    decoder.wanted = false;
+    decoder.over = true;
     stays_ = stays_ || &decoder == &video_;
     if (stays_ && begun_) sink.PictureStays();
+}
+
+// The decoder holds frames back until it is told that no more come.
+void FragmentReader::EndPictureBefore(const AVPacket& packet, FragmentSink& sink) {
+    constexpr double kSurelyOver = 1;  // seconds
+    if (!Reads(video_) || packet.stream_index == video_.stream->index) return;
+    const AVStream& video = *video_.stream;
+    if (video.duration == AV_NOPTS_VALUE || packet.dts == AV_NOPTS_VALUE) return;
+    const double length = static_cast<double>(video.duration) * av_q2d(video.time_base);
+    const double time = source_.TimeOf(packet.dts, *source_.Sound());
+    if (time < source_.BeginOf(video) + length + kSurelyOver) return;
+    Decode(video_, nullptr, sink);
+    video_.over = true;
 }
 
 void FragmentReader::Count(const Decoder& decoder, const AVPacket& packet, bool damaged) {
@@ -116,7 +131,7 @@ void FragmentReader::Count(const Decoder& decoder, const AVPacket& packet, bool 
 
 bool FragmentReader::WantsMore() const {
     source_.ThrowIfCancelled();
-    return !too_late_ && (video_.wanted || sound_.wanted);
+    return !too_late_ && (Reads(video_) || Reads(sound_));
 }
 
 bool FragmentReader::FarBehind(const AVPacket& packet) const {
@@ -243,7 +258,7 @@ void FragmentReader::BeginWithoutNext(FragmentSink& sink) {
 // At the end of the clip the decoders give out what they hold.
 void FragmentReader::Drain(FragmentSink& sink) {
     for (Decoder* const decoder : {&video_, &sound_}) {
-        if (*decoder && decoder->wanted) Decode(*decoder, nullptr, sink);
+        if (*decoder && Reads(*decoder)) Decode(*decoder, nullptr, sink);
     }
     if (begun_ || !shown_) return;
     const TimedFrame last = *std::exchange(shown_, std::nullopt);

@@ -66,6 +66,7 @@ private:
         Libav<AVCodecContext> context;
         double next = 0;  // the time of a frame that does not tell its own
         bool wanted = false;
+        bool over = false;  // nothing of it is read any more
 
         explicit operator bool() const { return context != nullptr; }
     };
@@ -88,7 +89,9 @@ private:
     bool SoundMissing(double begin) const;
     void Drain(FragmentSink& sink);
     bool FarBehind(const AVPacket& packet) const;
+    bool Reads(const Decoder& decoder) const { return decoder.wanted && !decoder.over; }
     void Feed(Decoder& decoder, FragmentSink& sink);
+    void EndPictureBefore(const AVPacket& packet, FragmentSink& sink);
     void Count(const Decoder& decoder, const AVPacket& packet, bool damaged);
     const Decoder& Main() const { return video_ ? video_ : sound_; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace nqp::companion {
@@ -11,6 +12,11 @@ namespace {
 // No real clip shows more, but the clocks of some containers are this fine.
 constexpr double kMostFramesASecond = 240;
 constexpr FrameRate kUsualFrameRate{25, 1};
+// Where frames come at no rate at all, more are not made.
+constexpr double kMostMade = 120;
+// Below it a fragment could not end where it is to end; the rate is multiplied.
+constexpr double kFewestFramesASecond = 2;
+constexpr double kEnoughFramesASecond = 10;
 // Two frames in less than this share of a place would be shown in one.
 constexpr double kTooClose = 0.75;
 // Containers round times to milliseconds.
@@ -60,14 +66,22 @@ FrameRate RateOfStep(double step) {
     return {static_cast<int>(std::lround(kThousand / step)), kThousand};
 }
 
+FrameRate Enough(const FrameRate& rate) {
+    if (rate.Value() >= kFewestFramesASecond) return rate;
+    const double times = std::ceil(kEnoughFramesASecond / rate.Value());
+    const double most = std::numeric_limits<int>::max();
+    if (times * rate.num > most) return kUsualFrameRate;
+    return {static_cast<int>(times) * rate.num, rate.den};
+}
+
 }  // namespace
 
 FrameRate ChooseFrameRate(FrameRate guess, std::vector<double> times) {
     const double step = ShortestStep(std::move(times));
     const bool plausible = IsPlausible(guess);
-    if (step <= 0) return plausible ? guess : kUsualFrameRate;
-    if (plausible && step * guess.Value() >= kTooClose) return guess;
-    return RateOfStep(step);
+    if (step <= 0) return plausible ? Enough(guess) : kUsualFrameRate;
+    if (plausible && step * guess.Value() >= kTooClose) return Enough(guess);
+    return Enough(RateOfStep(std::max(step, 1 / kMostMade)));
 }
 
 }  // namespace nqp::companion

@@ -147,8 +147,10 @@ void VideoCut::Begin(double time, const AVFrame* first) {
 }
 
 bool VideoCut::TakeFrame(const AVFrame& frame, double time, double seconds) {
-    ended_ = time >= job_.end - kSameTime;
-    if (ended_) return false;
+    if (time >= job_.end - kSameTime) {
+        ended_ = true;
+        return false;
+    }
     if (held_) Write(picker_.Next(time));
     held_ = Clone(frame);
     held_end_ = time + seconds;

@@ -51,6 +51,19 @@ TEST(ChooseFrameRate, WithoutTimesTheGuessOrTheUsualOneIsTaken) {
     EXPECT_EQ(ChooseFrameRate({0, 0}, {}), (FrameRate{25, 1}));
 }
 
+TEST(ChooseFrameRate, APictureASecondIsRepeatedForAnExactEnd) {
+    EXPECT_EQ(ChooseFrameRate({1, 2}, Regular(0.5, 50)), (FrameRate{20, 2}));
+    EXPECT_EQ(ChooseFrameRate({1, 2'000'000'000}, {}), (FrameRate{25, 1}));
+}
+
+TEST(ChooseFrameRate, FramesAtNoRateAtAllMakeNotTooMany) {
+    std::vector<double> times;
+    for (int i = 0; i < 100; ++i)
+        times.push_back(0.05 * i + 0.02 * std::sin(i));
+    times.push_back(1.006);
+    EXPECT_LE(ChooseFrameRate({90000, 1}, times).Value(), 120);
+}
+
 TEST(ChooseFrameRate, AnUnusualStepIsTakenAsItIs) {
     EXPECT_NEAR(ChooseFrameRate({1, 10}, Regular(7, 50)).Value(), 7, 0.01);
 }
