@@ -16,6 +16,10 @@ constexpr std::array<double, 4> kStepsBack = {0, 2, 20, 200};
 // The streams of a file lie beside each other within this time.
 constexpr double kFarBehind = 10;
 
+// Sound that is off by less is in step with the picture, seconds; times are rounded to
+// milliseconds.
+constexpr double kInStep = 0.005;
+
 // Pictures that every player expects in an AVI, in the order in which they are shown.
 bool FitsPicture(AVCodecID codec) {
     switch (codec) {
@@ -49,7 +53,6 @@ bool FitsSound(const AVStream& sound, const Source& source, double begin) {
     const AVCodecID codec = sound.codecpar->codec_id;
     const bool packed =
         codec == AV_CODEC_ID_MP3 || codec == AV_CODEC_ID_MP2 || codec == AV_CODEC_ID_AC3;
-    constexpr double kInStep = 0.005;
     return IsPcm(codec) || (packed && source.BeginOf(sound) <= begin + kInStep);
 }
 
@@ -93,7 +96,11 @@ public:
 private:
     void AddSound(const AVCodecParameters& sound) {
         sound_rate_ = sound.sample_rate;
-        block_ = IsPcm(sound.codec_id) ? sound.block_align : 0;
+        if (IsPcm(sound.codec_id)) {
+            constexpr int kBitsInAByte = 8;
+            block_ =
+                av_get_bits_per_sample(sound.codec_id) / kBitsInAByte * sound.ch_layout.nb_channels;
+        }
         sound_ = container_.Add(sound, {1, sound_rate_}, {0, 1}, {0, 1});
     }
 
@@ -167,10 +174,11 @@ private:
         const std::int64_t from = std::clamp<std::int64_t>(-place, 0, samples);
         const std::int64_t to = std::clamp<std::int64_t>(last - place, from, samples);
         if (from == to) return;
-        WriteSilence(place + from - next_sound_);
+        const std::int64_t gap = place + from - next_sound_;
+        if (static_cast<double>(gap) > kInStep * sound_rate_) WriteSilence(gap);
         packet.data += from * block_;
         packet.size = static_cast<int>((to - from) * block_);
-        WriteSound(packet, place + from, to - from);
+        WriteSound(packet, to - from);
     }
 
     // Of all other sound those packets are taken that lie inside by more than half.
@@ -179,7 +187,7 @@ private:
             static_cast<double>(packet.duration) * av_q2d(source_.Sound()->time_base);
         const double middle = time + length / 2;
         if (middle < begin_ || middle >= sound_end_) return;
-        WriteSound(packet, next_sound_, std::llround(length * sound_rate_));
+        WriteSound(packet, std::llround(length * sound_rate_));
     }
 
     // An AVI has no gaps: what comes next would be heard too early.
@@ -192,15 +200,15 @@ private:
             Checked(av_new_packet(silence.get(), static_cast<int>(count * block_)), "silence");
             std::memset(silence->data, unsignedSamples ? kMiddle : 0,
                         static_cast<std::size_t>(silence->size));
-            WriteSound(*silence, next_sound_, count);
+            WriteSound(*silence, count);
             samples -= count;
         }
     }
 
-    void WriteSound(AVPacket& packet, std::int64_t place, std::int64_t samples) {
-        packet.pts = packet.dts = place;
+    void WriteSound(AVPacket& packet, std::int64_t samples) {
+        packet.pts = packet.dts = next_sound_;
         packet.duration = samples;
-        next_sound_ = place + samples;
+        next_sound_ += samples;
         container_.Write(packet, sound_);
     }
 
