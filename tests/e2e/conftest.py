@@ -83,14 +83,9 @@ def pytest_sessionstart(session: pytest.Session) -> None:
         clip_files.make()
 
 
-@pytest.hookimpl(tryfirst=True)
 def pytest_collection_modifyitems(items: list[pytest.Item]) -> None:
-    """The file that takes longest comes first, so that the processes of a run end together. Tests
-    that cut can be chosen, or left out, by a mark."""
+    """The file that takes longest comes first, so that the processes of a run end together."""
     items.sort(key=lambda item: item.path.name != LONGEST_FILE)
-    for item in items:
-        if "cutting" in getattr(item, "fixturenames", ()):
-            item.add_marker(pytest.mark.companion)
 
 
 _desk: Desk | None = None
