@@ -18,7 +18,7 @@ video_decoders=(
   h263 h263i h263p h264 hevc hq_hqa hqx huffyuv indeo2 indeo3 indeo4 indeo5 lagarith magicyuv
   mjpeg mjpegb mpeg1video mpeg2video mpeg4 msmpeg4v1 msmpeg4v2 msmpeg4v3 msrle msvideo1 png prores
   qtrle rawvideo rpza rv10 rv20 rv30 rv40 svq1 svq3 theora tscc utvideo vc1 vp3 vp4 vp5 vp6 vp6a
-  vp6f vp7 vp8 vp9 wmv1 wmv2 wmv3 wrapped_avframe zmbv
+  vp6f vp7 vp8 vp9 wmv1 wmv2 wmv3 zmbv
 )
 sound_decoders=(
   aac aac_latm ac3 adpcm_ima_qt adpcm_ima_wav adpcm_ms adpcm_swf adpcm_yamaha alac als amrnb amrwb

@@ -117,15 +117,25 @@ AVRational Source::FrameRateFrom(double time) {
     } else {
         Rewind();
     }
-    std::vector<double> times;
-    const auto packet = NewPacket();
-    while (times.size() < kEnoughFrames && Read(*packet)) {
-        if (packet->pts != AV_NOPTS_VALUE) times.push_back(TimeOf(packet->pts, *video_));
-    }
+    auto times = TimesFromNextKey();
     Use(video_, sound_);
     const AVRational told = av_guess_frame_rate(format_.get(), video_, nullptr);
     const auto chosen = ChooseFrameRate({told.num, told.den}, std::move(times));
     return {chosen.num, chosen.den};
+}
+
+// In the middle of some containers, what comes before a key frame has times that are made up.
+std::vector<double> Source::TimesFromNextKey() {
+    std::vector<double> times;
+    bool keySeen = false;
+    const auto packet = NewPacket();
+    while (times.size() < kEnoughFrames && Read(*packet)) {
+        keySeen = keySeen || (packet->flags & AV_PKT_FLAG_KEY) != 0;
+        if (keySeen && packet->pts != AV_NOPTS_VALUE) {
+            times.push_back(TimeOf(packet->pts, *video_));
+        }
+    }
+    return times;
 }
 
 double Source::TimeOf(std::int64_t timestamp, const AVStream& stream) const {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cutter/cut.h"
 #include "cutter/file_handle.h"
@@ -64,6 +65,7 @@ private:
     void FindStreams();
     void FindBeginning();
     void ThrowIfBroken() const;
+    std::vector<double> TimesFromNextKey();
 
     CutWatch& watch_;
     std::string name_;  // for sentences
