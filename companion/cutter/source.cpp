@@ -53,11 +53,11 @@ void Source::Open() {
     if (format == nullptr) throw std::bad_alloc();
     format->pb = io_.get();
     format->interrupt_callback = {&IsInterrupted, this};
-    // Frees the context when it fails.
+    // Frees the context, and makes the pointer null, when it fails.
     const int opened = avformat_open_input(&format, name_.c_str(), nullptr, nullptr);
+    format_.reset(format);
     ThrowIfCancelled();
     if (opened < 0) throw CutError(name_ + " is no clip that can be read.");
-    format_.reset(format);
     const int found = avformat_find_stream_info(format, nullptr);
     ThrowIfCancelled();
     if (found < 0) throw CutError(name_ + " is damaged and cannot be read.");

@@ -18,9 +18,12 @@ void Require(bool condition) {
     if (!condition) std::abort();
 }
 
-// With one clip in it.
-const std::filesystem::path& Folder() {
-    static const std::filesystem::path folder = [] {
+// With one clip in it; goes with the process.
+struct ClipFolder {
+    ClipFolder() : path(Made()) {}
+    ~ClipFolder() { std::filesystem::remove_all(path); }
+
+    static std::filesystem::path Made() {
         std::string name = (std::filesystem::temp_directory_path() / "nqp-job-XXXXXX").string();
         Require(mkdtemp(name.data()) != nullptr);
         const std::string command =
@@ -28,9 +31,15 @@ const std::filesystem::path& Folder() {
             "-f lavfi -i sine=440:sample_rate=8000:duration=1 -c:v mpeg4 -c:a pcm_s16le " +
             name + "/clip.avi";
         Require(std::system(command.c_str()) == 0);
-        return std::filesystem::path(name);
-    }();
-    return folder;
+        return name;
+    }
+
+    std::filesystem::path path;
+};
+
+const std::filesystem::path& Folder() {
+    static const ClipFolder folder;
+    return folder.path;
 }
 
 class PatientWatch final : public CutWatch {
