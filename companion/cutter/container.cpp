@@ -10,13 +10,7 @@ constexpr int kBufferBytes = 1 << 18;
 }  // namespace
 
 Container::Container(const char* format, TemporaryOutput& output) : output_(output) {
-    auto* const buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
-    if (buffer == nullptr) throw std::bad_alloc();
-    io_.reset(avio_alloc_context(buffer, kBufferBytes, 1, &output_, nullptr, &WriteBytes, &Seek));
-    if (!io_) {
-        av_free(buffer);
-        throw std::bad_alloc();
-    }
+    io_ = NewIo(kBufferBytes, &output_, nullptr, &WriteBytes, &Seek);
     AVFormatContext* made = nullptr;
     Checked(avformat_alloc_output_context2(&made, nullptr, format, nullptr), "container");
     format_.reset(made);

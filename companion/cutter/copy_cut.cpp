@@ -13,9 +13,6 @@ namespace {
 
 // Steps back from the begin until a key frame lies before it, seconds.
 constexpr std::array<double, 4> kStepsBack = {0, 2, 20, 200};
-// The streams of a file lie beside each other within this time.
-constexpr double kFarBehind = 10;
-
 // Sound that is off by less is in step with the picture, seconds; times are rounded to
 // milliseconds.
 constexpr double kInStep = 0.005;
@@ -120,7 +117,7 @@ private:
     void Take(AVPacket& packet) {
         if (!HasTime(packet)) return;
         const double time = TimeOf(source_, packet);
-        ended_ = time > job_.end + kFarBehind;
+        ended_ = time > job_.end + kStreamsApart;
         if (packet.stream_index == source_.Video()->index) {
             TakePicture(packet, time);
         } else {
@@ -249,9 +246,8 @@ std::optional<double> LastKeyUpTo(Source& source, double time) {
 }  // namespace
 
 bool FitsCopy(const CutJob& job, const Source& source) {
-    constexpr std::int32_t kAll = 100;
     const AVStream* const video = source.Video();
-    if (job.mode != core::JobMode::Video || job.percentage != kAll || video == nullptr) {
+    if (job.mode != core::JobMode::Video || job.percentage != kAllPercent || video == nullptr) {
         return false;
     }
     const AVCodecParameters& picture = *video->codecpar;

@@ -12,7 +12,6 @@
 namespace nqp::companion {
 namespace {
 
-constexpr std::int32_t kAll = 100;  // percent
 constexpr std::int32_t kWholeWay = 1000;
 
 bool IsTime(double seconds) {
@@ -89,7 +88,7 @@ CutReport CutUnguarded(const CutJob& job, CutWatch& watch) {
     const CutReport report = DoJob(WithinClip(job, source), source, output);
     source.ThrowIfCancelled();
     output.PutInPlace();
-    watch.Progress(kAll);
+    watch.Progress(kAllPercent);
     return report;
 }
 
@@ -135,7 +134,7 @@ std::string ClockText(double seconds) {
 void CheckValues(const CutJob& job) {
     CheckFiles(job);
     CheckRange(job);
-    if (job.percentage < 1 || job.percentage > kAll) {
+    if (job.percentage < 1 || job.percentage > kAllPercent) {
         throw CutError("The share of the frames must lie between 1 and 100 percent, not " +
                        std::to_string(job.percentage) + ".");
     }

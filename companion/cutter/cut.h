@@ -11,15 +11,17 @@
 
 namespace nqp::companion {
 
+inline constexpr std::int32_t kAllPercent = 100;
+
 // One piece of work: what is cut out of which clip, and what becomes of it.
 struct CutJob {
     core::JobMode mode = core::JobMode::Video;
     std::filesystem::path source;
     std::filesystem::path output;
-    double begin = 0;                // seconds from the clip's own beginning
-    double end = 0;                  // a still has none; one behind the clip's end means that end
-    std::int32_t percentage = 100;   // share of the source's frames that is kept, 1 to 100
-    core::PicturePlacement picture;  // with VideoWithPicture only
+    double begin = 0;  // seconds from the clip's own beginning
+    double end = 0;    // a still has none; one behind the clip's end means that end
+    std::int32_t percentage = kAllPercent;  // share of the source's frames that is kept, 1 to 100
+    core::PicturePlacement picture;         // with VideoWithPicture only
     VideoFormat video = VideoFormat::PlaysEverywhere;
     SoundFormat sound = SoundFormat::AviPcm;  // with Audio only
     std::int32_t mp3Rate = kUsualMp3Rate;     // hertz; the nearest one that MP3 knows is taken

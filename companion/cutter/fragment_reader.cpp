@@ -17,8 +17,6 @@ constexpr double kFarthestForSound = 2;
 // A picture that begins by so much later than the sound is waited for; before that there is
 // nothing to see, seconds.
 constexpr double kLongestBlind = 0.5;
-// Streams lie beside each other in a file, but for so many seconds.
-constexpr double kApart = 10;
 
 }  // namespace
 
@@ -137,7 +135,7 @@ bool FragmentReader::WantsMore() const {
 bool FragmentReader::FarBehind(const AVPacket& packet) const {
     if (packet.dts == AV_NOPTS_VALUE) return false;
     const AVStream& stream = *source_.Format().streams[packet.stream_index];
-    return source_.TimeOf(packet.dts, stream) > range_.end + kApart;
+    return source_.TimeOf(packet.dts, stream) > range_.end + kStreamsApart;
 }
 
 void FragmentReader::Decode(Decoder& decoder, const AVPacket* packet, FragmentSink& sink) {
@@ -249,7 +247,7 @@ void FragmentReader::TakeSound(TimedFrame taken, FragmentSink& sink) {
 
 // A picture that stays, with sound: the next frame is not waited for.
 void FragmentReader::BeginWithoutNext(FragmentSink& sink) {
-    const bool waited = early_sound_.back().time > range_.begin + kApart;
+    const bool waited = early_sound_.back().time > range_.begin + kStreamsApart;
     if (!waited || !shown_) return;
     const TimedFrame first = *std::exchange(shown_, std::nullopt);
     BeginWith(&first, first, sink);

@@ -12,6 +12,9 @@ namespace nqp::companion {
 // Times that differ by less are the same, seconds: containers round them to milliseconds.
 inline constexpr double kSameTime = 0.0005;
 
+// The streams of a file lie beside each other, but for so many seconds.
+inline constexpr double kStreamsApart = 10;
+
 // Takes what a FragmentReader decodes, in the order of each stream's own time.
 class FragmentSink {
 public:

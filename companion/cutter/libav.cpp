@@ -14,6 +14,18 @@ std::string TextOf(int code) {
 
 }  // namespace
 
+Libav<AVIOContext> NewIo(int bufferBytes, void* self, int (*read)(void*, std::uint8_t*, int),
+                         int (*write)(void*, std::uint8_t*, int),
+                         std::int64_t (*seek)(void*, std::int64_t, int)) {
+    auto* const buffer =
+        static_cast<std::uint8_t*>(av_malloc(static_cast<std::size_t>(bufferBytes)));
+    if (buffer == nullptr) throw std::bad_alloc();
+    AVIOContext* const made =
+        avio_alloc_context(buffer, bufferBytes, write != nullptr ? 1 : 0, self, read, write, seek);
+    if (made == nullptr) av_free(buffer);
+    return Owned(made);
+}
+
 LibraryError::LibraryError(std::string step, int code) : text_(std::move(step)) {
     text_.append(": ").append(TextOf(code));
 }

@@ -18,6 +18,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
@@ -65,6 +66,12 @@ Libav<T> Owned(T* pointer) {
     if (pointer == nullptr) throw std::bad_alloc();
     return Libav<T>(pointer);
 }
+
+// A library's view of a file of ours: `self` goes to the functions, of which those may be null that
+// are not needed.
+Libav<AVIOContext> NewIo(int bufferBytes, void* self, int (*read)(void*, std::uint8_t*, int),
+                         int (*write)(void*, std::uint8_t*, int),
+                         std::int64_t (*seek)(void*, std::int64_t, int));
 
 inline Libav<AVFrame> NewFrame() {
     return Owned(av_frame_alloc());

@@ -7,8 +7,6 @@
 namespace nqp::companion {
 namespace {
 
-constexpr int kStereo = 2;
-
 const char* ContainerOf(SoundFormat format) {
     switch (format) {
         case SoundFormat::Wave:
@@ -67,10 +65,7 @@ private:
 
 CutReport CutSound(const CutJob& job, Source& source, TemporaryOutput& output) {
     const AVStream* const sound = source.Sound();
-    if (sound == nullptr || sound->codecpar->sample_rate <= 0 ||
-        sound->codecpar->ch_layout.nb_channels <= 0) {
-        throw CutError(source.Name() + " has no sound.");
-    }
+    if (sound == nullptr) throw CutError(source.Name() + " has no sound.");
     FragmentReader reader(source, nullptr, sound, {job.begin, job.end});
     SoundCut cut(job, source, output);
     reader.Run(cut);

@@ -8,6 +8,9 @@
 
 namespace nqp::companion {
 
+// More channels become two, but where nothing may be lost.
+inline constexpr int kStereo = 2;
+
 // The sound of a fragment on its way into a container.
 class SoundWriter {
 public:

@@ -23,6 +23,10 @@ bool IsPicture(const AVStream& stream) {
     return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
 }
 
+bool CanBeHeard(const AVStream& stream) {
+    return stream.codecpar->sample_rate > 0 && stream.codecpar->ch_layout.nb_channels > 0;
+}
+
 }  // namespace
 
 Source::Source(const std::filesystem::path& path, CutWatch& watch)
@@ -42,13 +46,7 @@ Source::Source(const std::filesystem::path& path, CutWatch& watch)
 }
 
 void Source::Open() {
-    auto* const buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
-    if (buffer == nullptr) throw std::bad_alloc();
-    io_.reset(avio_alloc_context(buffer, kBufferBytes, 0, this, &ReadBytes, nullptr, &Seek));
-    if (!io_) {
-        av_free(buffer);
-        throw std::bad_alloc();
-    }
+    io_ = NewIo(kBufferBytes, this, &ReadBytes, nullptr, &Seek);
     AVFormatContext* format = avformat_alloc_context();
     if (format == nullptr) throw std::bad_alloc();
     format->pb = io_.get();
@@ -71,6 +69,7 @@ void Source::FindStreams() {
     video_ = best(AVMEDIA_TYPE_VIDEO, -1);
     if (video_ != nullptr && IsPicture(*video_)) video_ = nullptr;
     sound_ = best(AVMEDIA_TYPE_AUDIO, video_ != nullptr ? video_->index : -1);
+    if (sound_ != nullptr && !CanBeHeard(*sound_)) sound_ = nullptr;
     Use(video_, sound_);
 }
 

@@ -12,8 +12,6 @@
 namespace nqp::companion {
 namespace {
 
-constexpr int kAll = 100;  // percent
-constexpr int kStereo = 2;
 constexpr int kPlainSoundBits = 16;
 // What the clocks of encoders and of AVI files count up to.
 constexpr int kLargestRatePart = 65535;
@@ -25,13 +23,8 @@ constexpr double kPictureStays = 10;
 AVRational RateOf(const CutJob& job, AVRational source) {
     AVRational rate{};
     av_reduce(&rate.num, &rate.den, std::int64_t{source.num} * job.percentage,
-              std::int64_t{source.den} * kAll, kLargestRatePart);
+              std::int64_t{source.den} * kAllPercent, kLargestRatePart);
     return rate;
-}
-
-bool HasPlainSound(const AVStream* sound) {
-    return sound != nullptr && sound->codecpar->sample_rate > 0 &&
-           sound->codecpar->ch_layout.nb_channels > 0;
 }
 
 bool IsFine(const AVCodecParameters& sound) {
@@ -202,7 +195,7 @@ void VideoCut::Finish() {
 CutReport CutVideo(const CutJob& job, Source& source, TemporaryOutput& output) {
     const AVStream* const video = source.Video();
     if (video == nullptr) throw CutError(source.Name() + " has no picture.");
-    const AVStream* const sound = HasPlainSound(source.Sound()) ? source.Sound() : nullptr;
+    const AVStream* const sound = source.Sound();
     const AVRational rate = source.FrameRateFrom(job.begin);
     FragmentReader reader(source, video, sound,
                           {.begin = job.begin, .end = job.end, .frameSeconds = 1 / av_q2d(rate)});

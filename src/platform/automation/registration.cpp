@@ -67,22 +67,22 @@ ClassEntries ServerOf(const char* progId, const wchar_t* classId, const wchar_t*
 struct Types {
     const wchar_t* interfaceId;
     const wchar_t* interfaceName;
-    const wchar_t* library;
+    const wchar_t* typeLibrary;
     const wchar_t* version;
-    const wchar_t* libraryName;
+    const wchar_t* typeLibraryName;
 };
 
 void AddTypes(const Types& types, const std::filesystem::path& program, ClassEntries& made) {
     const std::wstring interfaceKey = std::wstring(L"Interface\\") + types.interfaceId;
-    const std::wstring library = std::wstring(L"TypeLib\\") + types.library;
+    const std::wstring library = std::wstring(L"TypeLib\\") + types.typeLibrary;
     const std::wstring libraryKey = library + L"\\" + types.version;
     const std::vector<Entry> entries = {
-        {L"CLSID\\" + made.classId + L"\\TypeLib", L"", types.library},
+        {L"CLSID\\" + made.classId + L"\\TypeLib", L"", types.typeLibrary},
         {interfaceKey, L"", types.interfaceName},
         {interfaceKey + L"\\ProxyStubClsid32", L"", kTypeLibraryMarshaler},
-        {interfaceKey + L"\\TypeLib", L"", types.library},
+        {interfaceKey + L"\\TypeLib", L"", types.typeLibrary},
         {interfaceKey + L"\\TypeLib", L"Version", types.version},
-        {libraryKey, L"", types.libraryName},
+        {libraryKey, L"", types.typeLibraryName},
         {libraryKey + L"\\FLAGS", L"", L"0"},
         {libraryKey + L"\\HELPDIR", L"", program.parent_path().wstring()},
         {libraryKey + L"\\0\\" + kMachine, L"", program.wstring()},
